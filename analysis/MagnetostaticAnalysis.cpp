@@ -1,0 +1,182 @@
+#include "analysis/MagnetostaticAnalysis.h"
+
+#include <QDebug>
+#include <type_traits>
+
+#include "document/Airgap.h"
+#include "document/Document.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "meshing/Mesh.h"
+#include "QmlScripting/ScriptConsole.h"
+#include "winding/WindingObject.h"
+
+MagnetostaticAnalysis::MagnetostaticAnalysis(Document *document)
+    : CoreMotorElement(document)
+    , m_console(new ScriptConsole(ScriptConsole::Magnitostatic, this))
+{
+    setObjectName(QStringLiteral("magnetostaticAnalysis"));
+    // The property system finds the pair's type by its name.
+    qRegisterMetaType<TimePeriod>();
+
+    // Results belong to the design they were computed for.
+    connect(document->stator(), &Stator::statorChanged, this, &MagnetostaticAnalysis::dropResults);
+    connect(document->rotor(), &Rotor::rotorChanged, this, &MagnetostaticAnalysis::dropResults);
+    for (int id = Airgap::ID1; id <= Airgap::ID4; ++id)
+        connect(document->airgap(id), &Airgap::airgapChanged, this, &MagnetostaticAnalysis::dropResults);
+    connect(document->winding(), &WindingObject::windingChanged, this, &MagnetostaticAnalysis::dropResults);
+    connect(document->mesh(), &Mesh::meshChanged, this, &MagnetostaticAnalysis::dropResults);
+    connect(this, &MagnetostaticAnalysis::changed, this, &MagnetostaticAnalysis::dropResults);
+}
+
+QString MagnetostaticAnalysis::solverTypeName(SolverType type)
+{
+    switch (type) {
+    case Nonlinear:
+        return QStringLiteral("Nonlinear");
+    case Linear:
+        return QStringLiteral("Linear");
+    }
+    return QStringLiteral("UnknownSolverType");
+}
+
+QString MagnetostaticAnalysis::accuracyName(Accuracy accuracy)
+{
+    switch (accuracy) {
+    case SinglePoint:
+        return QStringLiteral("Single point (FEA + D-Q based) - fastest");
+    case TwoPoint:
+        return QStringLiteral("2 points per cogging - low accuracy");
+    case FourPoint:
+        return QStringLiteral("4 points per cogging - medium accuracy");
+    case EightPoint:
+        return QStringLiteral("8 points per cogging - high accuracy");
+    case DefinePoint:
+        return QStringLiteral("Define number of points per electrical period");
+    }
+    return QStringLiteral("UnknownAccuracy");
+}
+
+QString MagnetostaticAnalysis::timePeriodModeName(TimePeriodMode mode)
+{
+    switch (mode) {
+    case OneElecticalPeriod:
+        return QStringLiteral("One electrical period");
+    case DefinePeriod:
+        return QStringLiteral("Define time period");
+    }
+    return QStringLiteral("UnknownTimePeriodMode");
+}
+
+template <typename T, typename Signal>
+void MagnetostaticAnalysis::assign(T &field, const T &value, Signal signal)
+{
+    if constexpr (std::is_floating_point_v<T>) {
+        if (qFuzzyCompare(field, value))
+            return;
+    } else {
+        if (field == value)
+            return;
+    }
+    field = value;
+    emit(this->*signal)();
+    emit changed();
+}
+
+void MagnetostaticAnalysis::setSolverType(SolverType type)
+{
+    assign(m_solverType, type, &MagnetostaticAnalysis::solverTypeChanged);
+}
+
+void MagnetostaticAnalysis::setAccuracy(Accuracy accuracy)
+{
+    if (accuracy == m_accuracy)
+        return;
+    if (m_accuracy == DefinePoint)
+        m_keptNumberPoints = m_numberPoints;
+    m_accuracy = accuracy;
+    emit accuracyChanged();
+    emit changed();
+    // The fixed accuracies are named by their number of points.
+    const int points = accuracy == DefinePoint ? m_keptNumberPoints : int(accuracy);
+    assign(m_numberPoints, points, &MagnetostaticAnalysis::numberPointsChanged);
+}
+
+void MagnetostaticAnalysis::setNumberPoints(int points)
+{
+    if (m_accuracy != DefinePoint) {
+        qCritical() << "setNumberPoints for only Accuracy::DefinePoint";
+        return;
+    }
+    assign(m_numberPoints, points, &MagnetostaticAnalysis::numberPointsChanged);
+}
+
+int MagnetostaticAnalysis::solverNumberPoints() const
+{
+    if (m_accuracy == SinglePoint || m_accuracy == DefinePoint)
+        return m_numberPoints;
+    // Per cogging period: one period for each slot.
+    return m_numberPoints * document()->stator()->numberSlots();
+}
+
+void MagnetostaticAnalysis::setTimePeriodMode(TimePeriodMode mode)
+{
+    assign(m_timePeriodMode, mode, &MagnetostaticAnalysis::timePeriodModeChanged);
+}
+
+void MagnetostaticAnalysis::setTimePeriod(const TimePeriod &period)
+{
+    if (qFuzzyCompare(period.first, m_timePeriod.first) && qFuzzyCompare(period.second, m_timePeriod.second))
+        return;
+    m_timePeriod = period;
+    emit timePeriodChanged();
+    emit changed();
+}
+
+void MagnetostaticAnalysis::setConverganceTolerance(double tolerance)
+{
+    assign(m_converganceTolerance, tolerance, &MagnetostaticAnalysis::converganceToleranceChanged);
+}
+
+void MagnetostaticAnalysis::setAdvanceAngle(double angle)
+{
+    assign(m_advanceAngle, angle, &MagnetostaticAnalysis::advanceAngleChanged);
+}
+
+void MagnetostaticAnalysis::setMechanicalSpeed(double speed)
+{
+    assign(m_mechanicalSpeed, speed, &MagnetostaticAnalysis::mechanicalSpeedChanged);
+}
+
+void MagnetostaticAnalysis::setComputeCoggingTorque(bool compute)
+{
+    assign(m_computeCoggingTorque, compute, &MagnetostaticAnalysis::computeCoggingTorqueChanged);
+}
+
+void MagnetostaticAnalysis::setSaveEachFieldSolution(bool save)
+{
+    assign(m_saveEachFieldSolution, save, &MagnetostaticAnalysis::saveEachFieldSolutionChanged);
+}
+
+void MagnetostaticAnalysis::setFolderFieldsSolution(const QString &folder)
+{
+    assign(m_folderFieldsSolution, folder, &MagnetostaticAnalysis::folderFieldsSolutionChanged);
+}
+
+void MagnetostaticAnalysis::setClearConsoleOnRun(bool clear)
+{
+    assign(m_clearConsoleOnRun, clear, &MagnetostaticAnalysis::clearConsoleOnRunChanged);
+}
+
+void MagnetostaticAnalysis::setDataSimulation(const QVariantMap &data)
+{
+    if (data == m_dataSimulation)
+        return;
+    m_dataSimulation = data;
+    emit resultsChanged();
+}
+
+void MagnetostaticAnalysis::dropResults()
+{
+    setDataSimulation(QVariantMap());
+}

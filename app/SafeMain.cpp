@@ -1,0 +1,85 @@
+#include "app/SafeMain.h"
+
+#include <BOPAlgo_Options.hxx>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <iostream>
+#include <memory>
+
+#include "app/Application.h"
+#include "app/FileAssociation.h"
+#include "app/Logging.h"
+#include "app/MessageBox.h"
+#include "app/QDebugStream.h"
+
+// nglib declares its interface bare; the library defines it in this namespace.
+namespace nglib {
+#include <nglib.h>
+}
+
+volatile char terminateAtExit = 0;
+
+namespace {
+
+bool isInteractive(const CommandLineParcer &parser)
+{
+    if (!parser.hasOptions())
+        return true;
+    return parser.isExecute() && parser.page().toLower() != QLatin1String("hidden");
+}
+
+int runInteractive()
+{
+    const QString program = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
+    registerFileType(program, QCoreApplication::applicationName(), zvaSuffix(), 0);
+    registerFileType(program, QCoreApplication::applicationName(), zvapSuffix(), 1);
+    qCritical() << "Error: the design window is not part of this build yet";
+    return 0;
+}
+
+int runHeadless(const CommandLineParcer &parser)
+{
+    qCritical().noquote() << QStringLiteral("Error: operation '%1' is not part of this build yet")
+                                 .arg(parser.operation());
+    return -1;
+}
+
+} // namespace
+
+int safeMain(int argc, char *argv[])
+{
+    auto application = std::make_unique<Application>(argc, argv);
+    BOPAlgo_Options::SetParallelMode(true);
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
+    QDir().mkpath(logsPath());
+    removeOldLogs();
+    const CommandLineParcer &parser = application->parser();
+    setLogOperationName(parser.operation());
+    qSetMessagePattern(QStringLiteral("%{message}"));
+    auto coutStream = std::make_unique<QDebugStream>(std::cout, QStringLiteral("std::cout:"));
+    auto cerrStream = std::make_unique<QDebugStream>(std::cerr, QStringLiteral("std::cerr:"));
+    qInstallMessageHandler(messageHandler);
+
+    qInfo() << " *** Start application ***";
+    qInfo() << "args:" << QCoreApplication::arguments();
+    qInfo() << "app module, last modified:"
+            << QFileInfo(QCoreApplication::applicationFilePath())
+                   .lastModified()
+                   .toString(QStringLiteral("d.MM.yyyy h:mm:ss"));
+
+    int result = 0;
+    if (parser.isHelpSet()) {
+        MessageBox::information(nullptr, QCoreApplication::applicationName(), parser.helpText(), QMessageBox::Ok);
+    } else {
+        nglib::Ng_Init();
+        result = isInteractive(parser) ? runInteractive() : runHeadless(parser);
+        nglib::Ng_Exit();
+        qInfo() << " *** Application finished, result:" << result << "***\n";
+    }
+
+    cerrStream.reset();
+    coutStream.reset();
+    application.reset();
+    return result;
+}

@@ -1,0 +1,82 @@
+#include "geometry/MotorItem.h"
+
+#include <cmath>
+
+#include "document/Airgap.h"
+#include "document/Document.h"
+#include "geometry/DesignChange.h"
+#include "geometry/Stator.h"
+#include "QmlScripting/ScriptConsole.h"
+
+MotorItem::MotorItem(Document *document, QObject *parent)
+    : CoreMotorElement(document, parent)
+{
+}
+
+void MotorItem::setHeight(double height)
+{
+    height = roundLength(height);
+    if (height <= 1e-7) {
+        console()->error(tr("Height of %1 must be great zero!").arg(objectName()));
+        height = 0.1;
+    }
+    if (qFuzzyCompare(m_height, height))
+        return;
+    m_height = height;
+    // The stator's clearing takes the rotor along: a body's height moves all above it.
+    document()->stator()->clearCashPieces();
+    emit heightChanged(m_height);
+    emit itemChanged();
+    markGeometryModified(document());
+}
+
+void MotorItem::setAngularDisplacement(double angle)
+{
+    if (qAbs(angle) <= 1e-7)
+        angle = 0.0;
+    if (angle < 0.0)
+        angle = std::fmod(angle, 360.0) + 360.0;
+    if (angle >= 360.0 || qFuzzyCompare(angle, 360.0))
+        angle = std::fmod(angle, 360.0);
+    angle = roundLength(angle);
+    if (qFuzzyCompare(m_angularDisplacement, angle))
+        return;
+    m_angularDisplacement = angle;
+    document()->stator()->clearCashPieces();
+    emit angularDisplacementChanged(m_angularDisplacement);
+    emit itemChanged();
+    markGeometryModified(document());
+}
+
+bool MotorItem::hasCachedPieces() const
+{
+    QMutexLocker locker(&m_piecesMutex);
+    return m_pieces.has_value();
+}
+
+void MotorItem::createPieces()
+{
+    QMutexLocker locker(&m_piecesMutex);
+    if (m_pieces)
+        return;
+    // Without a loaded geometry script a body has no pieces.
+    m_pieces = PieceList();
+}
+
+PieceList MotorItem::cachedPieces() const
+{
+    QMutexLocker locker(&m_piecesMutex);
+    return m_pieces.value_or(PieceList());
+}
+
+void MotorItem::clearCashPieces()
+{
+    QMutexLocker locker(&m_piecesMutex);
+    m_pieces.reset();
+}
+
+QPair<double, double> MotorItem::rangeAbove(const Airgap *gapBelow) const
+{
+    const double bottom = gapBelow ? gapBelow->posTop() : 0.0;
+    return {bottom, bottom + m_height};
+}

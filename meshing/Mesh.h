@@ -1,0 +1,112 @@
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+
+#include "document/CoreMotorElement.h"
+
+class ScriptConsole;
+
+namespace CGAL {
+class Failure_exception;
+}
+
+// The two-dimensional meshes of a document and the settings they are made with.
+// A change of a setting marks the meshes for rebuilding; the old ones stand until
+// the next build replaces them.
+class Mesh : public CoreMotorElement
+{
+    Q_OBJECT
+    Q_PROPERTY(bool autoSizeBound READ autoSizeBound WRITE setAutoSizeBound NOTIFY autoSizeBoundChanged)
+    Q_PROPERTY(double sizeBound READ sizeBound WRITE setSizeBound NOTIFY sizeBoundChanged)
+    Q_PROPERTY(double airgapQuality READ airgapQuality WRITE setAirgapQuality NOTIFY airgapQualityChanged)
+    Q_PROPERTY(int numberSlices READ numberSlices WRITE setNumberSlices NOTIFY numberSlicesChanged)
+    Q_PROPERTY(bool horizontalSymmetry READ horizontalSymmetry WRITE setHorizontalSymmetry NOTIFY horizontalSymmetryChanged)
+    Q_PROPERTY(double boundCylinderRadius READ boundCylinderRadius WRITE setBoundCylinderRadius NOTIFY boundCylinderRadiusChanged)
+    Q_PROPERTY(double boundCylinderAxialExtension READ boundCylinderAxialExtension WRITE setBoundCylinderAxialExtension NOTIFY boundCylinderAxialExtensionChanged)
+    Q_PROPERTY(bool meshModified READ isMeshModified WRITE setMeshModified NOTIFY meshModifiedChanged)
+    Q_PROPERTY(QVariantMap properties READ properties WRITE setProperties NOTIFY meshChanged)
+
+public:
+    explicit Mesh(Document *document);
+
+    ScriptConsole *console() const { return m_console; }
+
+    bool autoSizeBound() const { return m_autoSizeBound; }
+    void setAutoSizeBound(bool automatic);
+    // Greatest triangle side, mm.
+    double sizeBound() const { return m_sizeBound; }
+    void setSizeBound(double size);
+    // Lets an automatic size bound follow the diameters.
+    void adjustSizeBound();
+    // Row segment length in the air gaps, in units of the layer height.
+    double airgapQuality() const { return m_airgapQuality; }
+    void setAirgapQuality(double quality);
+    static QString airgapQualityName(double quality);
+    static double airgapQualityValue(const QString &name);
+    int numberSlices() const { return m_numberSlices; }
+    void setNumberSlices(int numberSlices);
+    bool horizontalSymmetry() const { return m_horizontalSymmetry; }
+    void setHorizontalSymmetry(bool symmetry);
+    double boundCylinderRadius() const { return m_boundCylinderRadius; }
+    void setBoundCylinderRadius(double radius);
+    double boundCylinderAxialExtension() const { return m_boundCylinderAxialExtension; }
+    void setBoundCylinderAxialExtension(double extension);
+
+    bool isGeneratingGeometry() const { return m_generatingGeometry; }
+    bool isMeshing() const { return m_meshing; }
+    // The meshes differ from what was saved.
+    bool isMeshModified() const { return m_meshModified; }
+    void setMeshModified(bool modified);
+    // The meshes must be rebuilt.
+    bool isMeshInvalid() const { return m_meshInvalid; }
+    void setMeshInvalid(bool invalid);
+    // Drops what was made from the document's pieces.
+    void clearGeometry();
+
+    MeshErrors meshErrors() const { return m_meshErrors; }
+    void onError(QString text, const CGAL::Failure_exception *failure = nullptr);
+    QString elementErrors() const;
+
+    QVariantMap properties() const;
+    void setProperties(const QVariantMap &map);
+
+signals:
+    void autoSizeBoundChanged();
+    void sizeBoundChanged();
+    void airgapQualityChanged();
+    void numberSlicesChanged();
+    void horizontalSymmetryChanged();
+    void boundCylinderRadiusChanged();
+    void boundCylinderAxialExtensionChanged();
+    void meshModifiedChanged(bool modified);
+    void meshChanged();
+    void meshErrorsChanged(MeshErrors errors);
+    void generateGeomertyStart();
+    void generateGeomertyFinished();
+    void generateMeshStart();
+    void generateMeshFinished();
+
+private:
+    template <typename T, typename Signal>
+    void assign(T &field, T value, Signal signal);
+    template <typename Signal>
+    void announce(Signal signal);
+    double automaticSizeBound() const;
+
+    bool m_autoSizeBound = true;
+    double m_sizeBound = 10.0;
+    // The manual value while the size bound is automatic.
+    double m_storedSizeBound = 10.0;
+    int m_numberSlices = 3;
+    double m_airgapQuality = 1.5;
+    bool m_horizontalSymmetry = true;
+    double m_boundCylinderRadius = 10.0;
+    double m_boundCylinderAxialExtension = 10.0;
+    bool m_generatingGeometry = false;
+    bool m_meshing = false;
+    bool m_meshModified = false;
+    bool m_meshInvalid = true;
+    MeshErrors m_meshErrors;
+    ScriptConsole *m_console;
+};

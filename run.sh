@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds and starts Zolvane Design Studio with the given arguments.
+# Without arguments it opens the bundled example design.
+set -euo pipefail
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
+"$ROOT/scripts/install-deps.sh"
+"$ROOT/scripts/build.sh"
+cd "$ROOT/build"
+if [ $# -eq 0 ]; then
+  example="$(ls "$ROOT"/examples/*.zva 2>/dev/null | head -n 1 || true)"
+  if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
+    echo "There is no display for the window here."
+    echo "Run a headless operation instead, for example:"
+    echo "  ./run.sh --operation read --exchange-file /tmp/out.mat ${example:-design.zva}"
+    exit 0
+  fi
+  set -- ${example:+"$example"}
+fi
+exec ./zolvane-ds "$@"

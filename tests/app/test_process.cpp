@@ -1,0 +1,178 @@
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <csignal>
+#include <gtest/gtest.h>
+
+#include "app/CrashHandler.h"
+#include "app/FileAssociation.h"
+#include "app/Logging.h"
+#include "app/MessageBox.h"
+#include "app/ParentProcess.h"
+
+namespace {
+
+// A run of the program with its own data folder, so that its logs can be read back.
+struct ProgramRun
+{
+    QTemporaryDir home;
+    int exitCode = -1;
+
+    void start(const QStringList &arguments)
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_DATA_HOME", home.path());
+        environment.remove("DISPLAY");
+        environment.remove("WAYLAND_DISPLAY");
+        environment.remove("QT_QPA_PLATFORM");
+        process.setProcessEnvironment(environment);
+        process.start(ZDS_EXECUTABLE, arguments);
+        ASSERT_TRUE(process.waitForFinished(60000));
+        exitCode = process.exitCode();
+    }
+
+    QString logsFolder() const { return home.path() + "/Quorlan/Zolvane Design Studio/logs"; }
+
+    QStringList logFiles() const { return QDir(logsFolder()).entryList({"Zolvane_DS_*.log"}, QDir::Files); }
+
+    QString logText() const
+    {
+        const QStringList files = logFiles();
+        if (files.size() != 1)
+            return {};
+        QFile file(logsFolder() + "/" + files.first());
+        file.open(QIODevice::ReadOnly);
+        return QString::fromUtf8(file.readAll());
+    }
+};
+
+} // namespace
+
+TEST(HeadlessStart, OperationNamesTheLogAndClosesIt)
+{
+    ProgramRun run;
+    run.start({"--operation", "read", "--exchange-file", "/tmp/none.mat", "design.zva"});
+    const QStringList files = run.logFiles();
+    ASSERT_EQ(files.size(), 1);
+    EXPECT_TRUE(QRegularExpression(R"(^Zolvane_DS_\d{8}_\d{9}_read_pid_\d+\.log$)").match(files.first()).hasMatch())
+        << files.first().toStdString();
+
+    const QString log = run.logText();
+    const QRegularExpression line(R"(^\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d\.\d{3} Information:  \*\*\* Start application \*\*\* \(SafeMain\.cpp:L\d+, func:.*safeMain.*\)$)",
+                                  QRegularExpression::MultilineOption);
+    EXPECT_TRUE(line.match(log).hasMatch()) << log.toStdString();
+    EXPECT_TRUE(log.contains("args:"));
+    EXPECT_TRUE(log.contains("app module, last modified:"));
+    EXPECT_TRUE(log.contains(" *** Application finished, result: -1 ***")) << log.toStdString();
+    EXPECT_EQ(run.exitCode, 255);
+}
+
+TEST(HeadlessStart, HelpAnswersItsBoxAndSkipsTheClosingLine)
+{
+    ProgramRun run;
+    run.start({"--help"});
+    EXPECT_EQ(run.exitCode, 0);
+    const QString log = run.logText();
+    EXPECT_TRUE(log.contains("Information: MessageBox information: Usage:")) << log.toStdString();
+    EXPECT_FALSE(log.contains("Application finished"));
+}
+
+TEST(HeadlessStart, OldLogsAreCutBeforeTheRunsOwnFile)
+{
+    ProgramRun run;
+    QDir().mkpath(run.logsFolder());
+    for (int i = 0; i < 600; ++i) {
+        QFile file(run.logsFolder() + QStringLiteral("/Zolvane_DS_2000_%1.log").arg(i, 4, 10, QLatin1Char('0')));
+        file.open(QIODevice::WriteOnly);
+    }
+    run.start({"--operation", "getProps"});
+    const QStringList all = QDir(run.logsFolder()).entryList({"*.log"}, QDir::Files, QDir::Name);
+    EXPECT_EQ(all.size(), 501);
+    EXPECT_FALSE(all.contains("Zolvane_DS_2000_0099.log"));
+    EXPECT_TRUE(all.contains("Zolvane_DS_2000_0100.log"));
+}
+
+TEST(CrashHandler, WritesBothLogsAndEndsWithoutCore)
+{
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    // Forked, so that the child writes into the same temporary data folder.
+    GTEST_FLAG_SET(death_test_style, "fast");
+    EXPECT_EXIT(
+        {
+            QDir().mkpath(logsPath());
+            installCrashHandler();
+            qInstallMessageHandler(messageHandler);
+            qInfo() << "before the crash";
+            std::raise(SIGSEGV);
+        },
+        ::testing::ExitedWithCode(128 + SIGSEGV), "");
+
+    const QDir logs(logsPath());
+    QFile crash(logs.filePath("Crashed_Zolvane_DS.log"));
+    ASSERT_TRUE(crash.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(QRegularExpression(R"(^\d\d\.\d\d\.\d{4} \d\d:\d\d:\d\d\.\d{3} Crash process pid:\d+\n$)")
+                    .match(QString::fromUtf8(crash.readAll()))
+                    .hasMatch());
+
+    const QStringList runs = logs.entryList({"Zolvane_DS_*.log"}, QDir::Files);
+    ASSERT_EQ(runs.size(), 1);
+    QFile run(logs.filePath(runs.first()));
+    ASSERT_TRUE(run.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(run.readAll());
+    EXPECT_TRUE(text.contains("Information: before the crash"));
+    EXPECT_TRUE(text.contains("Critical:  ****** Application crashed ******"));
+    qunsetenv("XDG_DATA_HOME");
+}
+
+TEST(ParentProcess, KindFollowsTheLowerCasedFileName)
+{
+    EXPECT_EQ(parentProcessKindOf("MATLAB.EXE"), ParentProcessKind::Matlab);
+    EXPECT_EQ(parentProcessKindOf("matlab"), ParentProcessKind::Matlab);
+    EXPECT_EQ(parentProcessKindOf("Orvane.exe"), ParentProcessKind::Orvane);
+    EXPECT_EQ(parentProcessKindOf("orvane"), ParentProcessKind::Orvane);
+    EXPECT_EQ(parentProcessKindOf("bash"), ParentProcessKind::None);
+    EXPECT_EQ(parentProcessKindOf(""), ParentProcessKind::None);
+    EXPECT_FALSE(parentProcessFileName().isEmpty());
+}
+
+TEST(MessageBoxHeadless, LogsTheBoxAndAnswersWithItsDefault)
+{
+    ASSERT_TRUE(MessageBox::isHeadless());
+    EXPECT_EQ(MessageBox::question(nullptr, "t", "Save?", QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel),
+              QMessageBox::Save);
+    EXPECT_EQ(MessageBox::warning(nullptr, "t", "Careful"), QMessageBox::Ok);
+    EXPECT_EQ(MessageBox::question(nullptr, "t", "Go?", QMessageBox::Yes | QMessageBox::No, QMessageBox::No),
+              QMessageBox::No);
+}
+
+TEST(FileAssociation, WritesMimeTypeAndDesktopEntryPerSuffix)
+{
+    QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    registerFileType("zolvane-ds", "Zolvane Design Studio", "zvap", 1);
+    qunsetenv("XDG_DATA_HOME");
+
+    QFile mime(home.filePath("mime/packages/zolvane-ds-zvap.xml"));
+    ASSERT_TRUE(mime.open(QIODevice::ReadOnly));
+    const QString mimeText = QString::fromUtf8(mime.readAll());
+    EXPECT_TRUE(mimeText.contains("<glob pattern=\"*.zvap\"/>"));
+    EXPECT_TRUE(mimeText.contains("Zolvane Design Studio (.zvap)"));
+
+    QFile desktop(home.filePath("applications/zolvane-ds-zvap.desktop"));
+    ASSERT_TRUE(desktop.open(QIODevice::ReadOnly));
+    const QString entry = QString::fromUtf8(desktop.readAll());
+    EXPECT_TRUE(entry.contains("MimeType=application/x-zolvane-zvap;"));
+    EXPECT_TRUE(entry.contains("zolvane-ds\" %f"));
+}
+
+TEST(FileAssociation, UnwritableFolderIsPassedOverSilently)
+{
+    qputenv("XDG_DATA_HOME", "/proc/no-such-place");
+    registerFileType("zolvane-ds", "Zolvane Design Studio", "zva", 0);
+    qunsetenv("XDG_DATA_HOME");
+    SUCCEED();
+}

@@ -1,0 +1,789 @@
+#include "winding/WindingObject.h"
+
+#include <QDebug>
+#include <QRegularExpression>
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+#include "document/Document.h"
+#include "geometry/DesignChange.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "QmlScripting/ScriptConsole.h"
+
+namespace {
+
+const QString autoText = QStringLiteral("Auto");
+
+bool isWhole(double value)
+{
+    double integral = 0.0;
+    return qAbs(std::modf(value, &integral)) <= 1e-7;
+}
+
+// Whether two layouts put their coils in the same slots and layers; the end
+// turns rest on that, not on the parallel paths.
+bool samePlaces(const Winding::Layout &a, const Winding::Layout &b)
+{
+    for (int phase = Winding::A; phase < Winding::Count; ++phase) {
+        const Winding::CoilList &listA = a.at(phase);
+        const Winding::CoilList &listB = b.at(phase);
+        if (listA.size() != listB.size())
+            return false;
+        for (int i = 0; i < listA.size(); ++i) {
+            if (!listA.at(i).samePlace(listB.at(i)))
+                return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+WindingObject::WindingObject(Document *document)
+    : CoreMotorElement(document)
+    , m_console(new ScriptConsole(ScriptConsole::Winding, this))
+{
+    setObjectName(QStringLiteral("winding"));
+
+    Stator *stator = document->stator();
+    Rotor *rotor = document->rotor();
+    connect(document, &Document::machineTypeChanged, this, &WindingObject::updateCountLayouts);
+    connect(stator, &Stator::typeMiddleItemChanged, this, &WindingObject::updateCountLayouts);
+    connect(stator, &Stator::numberSlotsChanged, this, [this] {
+        limitCoilSpan();
+        updateWindingErrors();
+    });
+    connect(rotor, &Rotor::numberPolePairsChanged, this, &WindingObject::updateWindingErrors);
+    connect(this, &WindingObject::windingChanged, this, &WindingObject::updateWindingErrors);
+}
+
+template <typename Signal>
+void WindingObject::announce(Signal signal)
+{
+    emit(this->*signal)();
+    emit windingChanged();
+    document()->setModified(true);
+}
+
+int WindingObject::numberSlots() const
+{
+    return document()->stator()->numberSlots();
+}
+
+void WindingObject::setCircuit(Winding::Circuit circuit)
+{
+    if (circuit == m_circuit)
+        return;
+    m_circuit = circuit;
+    announce(&WindingObject::circuitChanged);
+}
+
+void WindingObject::setConnection(const QString &connection)
+{
+    if (connection == m_connection)
+        return;
+    m_connection = connection;
+    announce(&WindingObject::connectionChanged);
+}
+
+void WindingObject::setParallelPaths(int parallelPaths)
+{
+    if (parallelPaths == m_parallelPaths)
+        return;
+    m_parallelPaths = parallelPaths;
+    announce(&WindingObject::parallelPathsChanged);
+}
+
+void WindingObject::setNumberTurns(int numberTurns)
+{
+    if (numberTurns == m_numberTurns)
+        return;
+    m_numberTurns = numberTurns;
+    announce(&WindingObject::numberTurnsChanged);
+}
+
+void WindingObject::setStrandsConductor(int strands)
+{
+    if (strands == m_strandsConductor)
+        return;
+    m_strandsConductor = strands;
+    announce(&WindingObject::strandsConductorChanged);
+}
+
+void WindingObject::rememberWireSize()
+{
+    if (m_wireSize.contains(QLatin1String("AWG")))
+        m_lastAwgName = m_wireSize;
+    else if (m_wireSize.contains(QLatin1String("SWG")))
+        m_lastSwgName = m_wireSize;
+}
+
+void WindingObject::setWireSizeMethod(Winding::WireSizeMethod method)
+{
+    if (method == m_wireSizeMethod)
+        return;
+    m_wireSizeMethod = method;
+    emit wireSizeMethodChanged();
+    switch (method) {
+    case Winding::AWG:
+    case Winding::SWG:
+        // The gauge of the other table is kept for the way back.
+        rememberWireSize();
+        m_wireSize.clear();
+        m_computedWireDiameter = 0.0;
+        m_computedCoilFillFactor = 0.0;
+        setWireSize(method == Winding::AWG ? m_lastAwgName : m_lastSwgName);
+        break;
+    case Winding::FillFactor:
+        m_computedWireDiameter = 0.0;
+        emit coilFillFactorChanged();
+        break;
+    case Winding::WireDiameter:
+        m_computedCoilFillFactor = 0.0;
+        emit wireDiameterChanged();
+        break;
+    }
+    emit windingChanged();
+    document()->setModified(true);
+}
+
+void WindingObject::setWireSize(const QString &name)
+{
+    static const QRegularExpression gaugeName(QStringLiteral("\\d+\\s[A|S]WG"));
+    QString validName = name;
+    if (!gaugeName.match(name).hasMatch()) {
+        qCritical() << "Set invalid wire size" << name;
+        validName.clear();
+    }
+    if (validName == m_wireSize)
+        return;
+    rememberWireSize();
+    m_wireSize = validName;
+    announce(&WindingObject::wireSizeChanged);
+}
+
+double WindingObject::wireDiameter() const
+{
+    return m_wireSizeMethod == Winding::WireDiameter ? m_givenWireDiameter : m_computedWireDiameter;
+}
+
+void WindingObject::setWireDiameter(double diameter)
+{
+    if (m_wireSizeMethod != Winding::WireDiameter) {
+        qWarning() << "Set wire diameter for Winding::WireSizeMethod::WireDiameter only, ignore it";
+        return;
+    }
+    if (qFuzzyCompare(diameter, m_givenWireDiameter))
+        return;
+    m_givenWireDiameter = diameter;
+    m_computedWireDiameter = 0.0;
+    m_computedCoilFillFactor = 0.0;
+    announce(&WindingObject::wireDiameterChanged);
+}
+
+double WindingObject::coilFillFactor() const
+{
+    return m_wireSizeMethod == Winding::FillFactor ? m_givenCoilFillFactor : m_computedCoilFillFactor;
+}
+
+void WindingObject::setCoilFillFactor(double factor)
+{
+    if (m_wireSizeMethod != Winding::FillFactor) {
+        qWarning() << "use setCoilFillFactor for WireSizeMethod::FillFactor only, m_wireSizeMethod:"
+                   << Winding::toString(m_wireSizeMethod);
+        return;
+    }
+    const double clipped = qBound(1e-6, factor, 2.0);
+    if (qFuzzyCompare(clipped, m_givenCoilFillFactor))
+        return;
+    m_givenCoilFillFactor = clipped;
+    m_computedWireDiameter = 0.0;
+    m_computedCoilFillFactor = 0.0;
+    announce(&WindingObject::coilFillFactorChanged);
+}
+
+void WindingObject::setSlotFillFactor(double factor)
+{
+    const double clipped = qBound(0.0, factor, 2.0);
+    if (qFuzzyCompare(clipped, m_slotFillFactor))
+        return;
+    m_slotFillFactor = clipped;
+    announce(&WindingObject::slotFillFactorChanged);
+}
+
+void WindingObject::setType(Winding::Type type)
+{
+    if (type == m_type)
+        return;
+    m_type = type;
+    announce(&WindingObject::typeChanged);
+    // The slot pieces of the stator are drawn for the kind of winding.
+    document()->stator()->clearCashPieces();
+    markGeometryModified(document());
+}
+
+void WindingObject::setNumberLayers(int numberLayers)
+{
+    const int clipped = qBound(1, numberLayers, 2);
+    if (clipped == m_numberLayers)
+        return;
+    m_numberLayers = clipped;
+    announce(&WindingObject::numberLayersChanged);
+    if (isSingleLayer() || isOrientationLeftRight())
+        setAutoCalcCoilSpan(true);
+    document()->stator()->clearCashPieces();
+    markGeometryModified(document());
+}
+
+void WindingObject::setLayersOrientation(Winding::LayersOrientation orientation)
+{
+    if (orientation == m_layersOrientation)
+        return;
+    m_layersOrientation = orientation;
+    announce(&WindingObject::layersOrientationChanged);
+    if (isSingleLayer())
+        setAutoCalcCoilSpan(true);
+    document()->stator()->clearCashPieces();
+    markGeometryModified(document());
+}
+
+int WindingObject::clippedCoilSpan(int span) const
+{
+    int clipped = span;
+    if (isDoubleLayer())
+        clipped = isOrientationLeftRight() ? 1 : qMax(2, clipped);
+    return qMin(numberSlots() / 2, clipped);
+}
+
+void WindingObject::setCoilSpan(int span)
+{
+    if (m_autoCalcCoilSpan)
+        return;
+    storeCoilSpan(clippedCoilSpan(span));
+}
+
+void WindingObject::storeCoilSpan(int span)
+{
+    if (span == m_coilSpan)
+        return;
+    m_coilSpan = span;
+    announce(&WindingObject::coilSpanChanged);
+    followOverhangRule();
+    dropEndturns();
+    updateOverhangLimits();
+}
+
+void WindingObject::limitCoilSpan()
+{
+    storeCoilSpan(qMin(m_coilSpan, numberSlots() / 2));
+}
+
+void WindingObject::setAutoCalcCoilSpan(bool automatic)
+{
+    // A single layer and side-by-side layers leave the span no choice.
+    const bool value = automatic || isSingleLayer() || isOrientationLeftRight();
+    if (value == m_autoCalcCoilSpan)
+        return;
+    m_autoCalcCoilSpan = value;
+    announce(&WindingObject::autoCalcCoilSpanChanged);
+}
+
+void WindingObject::setModeLayout(Winding::ModeLayout mode)
+{
+    if (mode == m_modeLayout)
+        return;
+    m_modeLayout = mode;
+    announce(&WindingObject::modeLayoutChanged);
+}
+
+void WindingObject::setLayout(const Winding::Layout &layout)
+{
+    if (m_modeLayout != Winding::Manual)
+        return;
+    Winding::Layout value = layout;
+    value.resize(Winding::Count);
+    if (value == m_baseLayout)
+        return;
+    const bool endturnsStay = samePlaces(value, m_baseLayout);
+    m_baseLayout = value;
+    announce(&WindingObject::layoutsChanged);
+    if (!endturnsStay)
+        dropEndturns();
+    document()->updateBoundaryCondition();
+}
+
+void WindingObject::updateCountLayouts()
+{
+    // A yokeless stator or a toroidal winding has one layout for the two faces of a body.
+    const bool onePerBody = isToroidal() || document()->stator()->typeMiddleItem() == MotorElement::Yokeless;
+    int count = 1;
+    switch (document()->machineType()) {
+    case Machine::SRS:
+        count = 2;
+        break;
+    case Machine::SRSRS:
+        count = onePerBody ? 3 : 4;
+        break;
+    case Machine::RSR:
+        count = onePerBody ? 1 : 2;
+        break;
+    case Machine::RSRSR:
+        count = onePerBody ? 2 : 4;
+        break;
+    case Machine::SR:
+    case Machine::UnknownType:
+        break;
+    }
+    if (count == m_countLayouts)
+        return;
+    m_countLayouts = count;
+    m_reverseLayersLayouts.resize(count);
+    for (Winding::Layout &coilLayout : m_coilLayouts) {
+        for (Winding::CoilList &list : coilLayout)
+            list.clear();
+    }
+    announce(&WindingObject::countLayoutsChanged);
+}
+
+void WindingObject::setReverseLayersLayouts(const QVector<bool> &reverse)
+{
+    if (reverse == m_reverseLayersLayouts)
+        return;
+    m_reverseLayersLayouts = reverse;
+    announce(&WindingObject::reverseLayersLayoutsChanged);
+}
+
+void WindingObject::setReverseLayerLayout(int index, bool reverse)
+{
+    if (index < 0 || index >= m_reverseLayersLayouts.size())
+        return;
+    QVector<bool> value = m_reverseLayersLayouts;
+    value[index] = reverse;
+    setReverseLayersLayouts(value);
+}
+
+bool WindingObject::isFeasible() const
+{
+    const int slotCount = numberSlots();
+    const int divisor = std::gcd(slotCount, document()->rotor()->numberPolePairs());
+    return divisor != 0 && isWhole(slotCount / 3.0 / divisor);
+}
+
+bool WindingObject::isParallelPathsValid() const
+{
+    return m_parallelPaths >= 1
+           && isWhole(double(effectiveNumberLayers()) * numberSlots() / (6.0 * m_parallelPaths));
+}
+
+bool WindingObject::isToroidalLayoutValid() const
+{
+    Winding::CoilList coils;
+    for (const Winding::CoilList &list : m_baseLayout)
+        coils << list;
+    for (const Winding::Coil &coil : coils) {
+        const auto sharing = std::count_if(coils.cbegin(), coils.cend(), [&coil](const Winding::Coil &other) {
+            return other.slotFrom == coil.slotFrom || other.slotTo == coil.slotTo;
+        });
+        if (sharing >= 2)
+            return false;
+    }
+    return true;
+}
+
+QString WindingObject::signatureLayouts() const
+{
+    const int slotCount = numberSlots();
+    const int layers = effectiveNumberLayers();
+    if (!isFeasible() || !isParallelPathsValid() || (layers == 1 && slotCount % 2 != 0)
+        || (isToroidal() && !isToroidalLayoutValid()))
+        return QString();
+
+    const int positions = layers * slotCount;
+    QString signature(positions * 2, QLatin1Char('.'));
+    auto inside = [positions](int position) { return position >= 0 && position < positions; };
+    auto write = [&signature](int position, QChar sign, QChar letter) {
+        signature[2 * position] = sign;
+        signature[2 * position + 1] = letter;
+    };
+    // Upper and lower layers of a planar winding are counted from the other face.
+    const bool flipLayers = isPlanar() && isOrientationUpperLower();
+    auto positionOf = [flipLayers](int slot, int layer) { return 2 * slot + (flipLayers ? 1 - layer : layer); };
+
+    for (int phase = Winding::A; phase < Winding::Count; ++phase) {
+        const QChar letter = Winding::toString(Winding::Phase(phase)).at(0);
+        for (const Winding::Coil &coil : m_baseLayout.at(phase)) {
+            if (layers == 1) {
+                if (inside(coil.slotFrom))
+                    write(coil.slotFrom, QLatin1Char('+'), letter);
+                if (inside(coil.slotTo))
+                    write(coil.slotTo, QLatin1Char('-'), letter);
+                continue;
+            }
+            const int from = positionOf(coil.slotFrom, coil.layerFrom);
+            const int to = positionOf(coil.slotTo, coil.layerTo);
+            if (!inside(from) || !inside(to))
+                continue;
+            write(from, QLatin1Char('+'), letter);
+            write(to, QLatin1Char('-'), letter);
+        }
+    }
+    return signature;
+}
+
+void WindingObject::setEndturnsScript(const QString &script)
+{
+    if (script == m_endturnsScript)
+        return;
+    m_endturnsScript = script;
+    announce(&WindingObject::endturnsScriptChanged);
+    dropEndturns();
+    markGeometryModified(document());
+}
+
+void WindingObject::setAutoCalcOverhangEndturns(bool automatic)
+{
+    m_autoCalcOverhangEndturnsWish = automatic;
+    followOverhangRule();
+}
+
+void WindingObject::followOverhangRule()
+{
+    // A single-layer coil that spans two slots or more has no automatic overhang.
+    const bool allowed = !(isSingleLayer() && m_coilSpan >= 2);
+    applyAutoCalcOverhangEndturns(m_autoCalcOverhangEndturnsWish && allowed);
+}
+
+void WindingObject::applyAutoCalcOverhangEndturns(bool automatic)
+{
+    if (automatic == m_autoCalcOverhangEndturns)
+        return;
+    m_autoCalcOverhangEndturns = automatic;
+    announce(&WindingObject::autoCalcOverhangEndturnsChanged);
+    if (automatic) {
+        m_manualRadialOverhangOuterEndturn = m_radialOverhangOuterEndturn;
+        m_manualRadialOverhangInnerEndturn = m_radialOverhangInnerEndturn;
+        m_manualHeightOuterEndturn = m_heightOuterEndturn;
+        m_manualHeightInnerEndturn = m_heightInnerEndturn;
+    } else {
+        setRadialOverhangOuterEndturn(m_manualRadialOverhangOuterEndturn);
+        setRadialOverhangInnerEndturn(m_manualRadialOverhangInnerEndturn);
+        setHeightOuterEndturn(m_manualHeightOuterEndturn);
+        setHeightInnerEndturn(m_manualHeightInnerEndturn);
+    }
+    updateOverhangLimits();
+    dropEndturns();
+}
+
+template <typename Signal>
+void WindingObject::announceOverhang(Signal signal)
+{
+    emit(this->*signal)();
+    emit windingChanged();
+    // Automatic values follow the design: they change nothing the user made.
+    if (!m_autoCalcOverhangEndturns)
+        document()->setModified(true);
+}
+
+void WindingObject::setRadialOverhangOuterEndturn(double overhang)
+{
+    if (qFuzzyCompare(overhang, m_radialOverhangOuterEndturn))
+        return;
+    m_radialOverhangOuterEndturn = overhang;
+    dropEndturns();
+    announceOverhang(&WindingObject::radialOverhangOuterEndturnChanged);
+}
+
+void WindingObject::setRadialOverhangInnerEndturn(double overhang)
+{
+    if (qFuzzyCompare(overhang, m_radialOverhangInnerEndturn))
+        return;
+    m_radialOverhangInnerEndturn = overhang;
+    dropEndturns();
+    announceOverhang(&WindingObject::radialOverhangInnerEndturnChanged);
+}
+
+void WindingObject::setHeightOuterEndturn(double height)
+{
+    if (qAbs(height - m_heightOuterEndturn) <= 1e-7)
+        return;
+    m_heightOuterEndturn = height;
+    dropEndturns();
+    announceOverhang(&WindingObject::heightOuterEndturnChanged);
+}
+
+void WindingObject::setHeightInnerEndturn(double height)
+{
+    if (qAbs(height - m_heightInnerEndturn) <= 1e-7)
+        return;
+    m_heightInnerEndturn = height;
+    dropEndturns();
+    announceOverhang(&WindingObject::heightInnerEndturnChanged);
+}
+
+void WindingObject::setWidthWindingCoil(double width)
+{
+    if (qAbs(width - m_widthWindingCoil) <= 1e-7)
+        return;
+    m_widthWindingCoil = width;
+    emit widthWindingCoilChanged();
+    updateOverhangLimits();
+}
+
+void WindingObject::setHeightWindingCoil(double height)
+{
+    if (qAbs(height - m_heightWindingCoil) <= 1e-7)
+        return;
+    m_heightWindingCoil = height;
+    emit heightWindingCoilChanged();
+    updateOverhangLimits();
+}
+
+void WindingObject::updateOverhangLimits()
+{
+    // End turns must clear the coil cross-section, and a double-layer coil must
+    // also pass over the coils inside its span.
+    const double width = m_widthWindingCoil;
+    const double height = m_heightWindingCoil;
+    const double least = isToroidal() ? height : isDoubleLayer() ? (m_coilSpan / 2 + 1) * width : width;
+    if (m_autoCalcOverhangEndturns) {
+        setRadialOverhangOuterEndturn(least);
+        setRadialOverhangInnerEndturn(least);
+        return;
+    }
+    setRadialOverhangOuterEndturn(qMax(m_radialOverhangOuterEndturn, least));
+    setRadialOverhangInnerEndturn(qMax(m_radialOverhangInnerEndturn, least));
+    setHeightOuterEndturn(qMax(m_heightOuterEndturn, height));
+    setHeightInnerEndturn(qMax(m_heightInnerEndturn, height));
+}
+
+void WindingObject::setEndturnShapeGenerated(bool generated, bool markModified)
+{
+    if (generated == m_generateShapes)
+        return;
+    m_generateShapes = generated;
+    emit generatedEndWindingShapesChanged();
+    WindingErrors warnings = m_windingWarnings;
+    warnings.setFlag(CoreMotorElement::EndWindingStale, !generated);
+    setWindingWarnings(warnings);
+    if (markModified)
+        document()->setModified(true);
+}
+
+void WindingObject::dropEndturns()
+{
+    // Of the end turns only the mark of their generated shapes is held so far.
+    setEndturnShapeGenerated(false, false);
+}
+
+void WindingObject::setMethodCalcEndInductance(const QString &text)
+{
+    if (text == m_methodCalcEndInductance)
+        return;
+    m_methodCalcEndInductance = text;
+    emit methodCalcEndInductanceChanged();
+}
+
+void WindingObject::setAutoCalcEndInductance(bool automatic)
+{
+    if (automatic == m_autoCalcEndInductance)
+        return;
+    m_autoCalcEndInductance = automatic;
+    announce(&WindingObject::autoCalcEndInductanceChanged);
+    if (automatic) {
+        m_manualEndInductance = m_endInductance;
+        setMethodCalcEndInductance(QString());
+    } else {
+        setMethodCalcEndInductance(tr("Manual"));
+        setEndInductance(m_manualEndInductance);
+    }
+}
+
+void WindingObject::setEndInductance(double inductance)
+{
+    // While automatic, a user's value is taken only when the end turns failed.
+    if (m_autoCalcEndInductance && !m_windingErrors.testFlag(CoreMotorElement::EndWindingFailed)) {
+        qCritical() << "Critical: do not manual set end inductance";
+        return;
+    }
+    if (qFuzzyCompare(inductance, m_endInductance))
+        return;
+    m_endInductance = inductance;
+    announce(&WindingObject::endInductanceChanged);
+}
+
+void WindingObject::setAutoCalcPhaseResistance(bool automatic)
+{
+    if (automatic == m_autoCalcPhaseResistance)
+        return;
+    m_autoCalcPhaseResistance = automatic;
+    announce(&WindingObject::autoCalcPhaseResistanceChanged);
+    if (automatic)
+        m_manualPhaseResistance = m_phaseResistance;
+    else
+        setPhaseResistance(m_manualPhaseResistance);
+}
+
+void WindingObject::setPhaseResistance(double resistance)
+{
+    if (m_autoCalcPhaseResistance && !m_windingErrors.testFlag(CoreMotorElement::EndWindingFailed))
+        return;
+    if (qFuzzyCompare(resistance, m_phaseResistance))
+        return;
+    m_phaseResistance = resistance;
+    announce(&WindingObject::phaseResistanceChanged);
+}
+
+void WindingObject::setCurrentCoil(const Winding::CurrentCoil &coil)
+{
+    if (coil == m_currentCoil)
+        return;
+    m_currentCoil = coil;
+    emit currentCoilChanged();
+}
+
+bool WindingObject::isUnbalanced() const
+{
+    if (!m_autoCalcPhaseResistance)
+        return false;
+    const double a = m_phaseResistances.at(Winding::A);
+    const double b = m_phaseResistances.at(Winding::B);
+    const double c = m_phaseResistances.at(Winding::C);
+    return qAbs(a - b) > 0.01 * a || qAbs(b - c) > 0.01 * b || qAbs(c - a) > 0.01 * c;
+}
+
+void WindingObject::updateWindingErrors()
+{
+    // The end turns keep their own bits.
+    WindingErrors errors = m_windingErrors
+                           & (CoreMotorElement::InnerFilaments | CoreMotorElement::OuterFilaments
+                              | CoreMotorElement::EndWindingFailed);
+    if (!isFeasible())
+        errors |= CoreMotorElement::SlotPoleNotFeasible;
+    if (isSingleLayer() && numberSlots() % 2 != 0)
+        errors |= CoreMotorElement::SlotsNotEven;
+
+    const bool slotsUsable = !(errors & (CoreMotorElement::SlotPoleNotFeasible | CoreMotorElement::SlotsNotEven));
+    if (slotsUsable && isToroidal() && !isToroidalLayoutValid())
+        errors |= CoreMotorElement::LayoutIncorrect;
+    if (slotsUsable && !isParallelPathsValid())
+        errors |= CoreMotorElement::ParallelPathsIncorrect;
+    const bool anyListEmpty = std::any_of(m_baseLayout.cbegin(), m_baseLayout.cend(),
+                                          [](const Winding::CoilList &list) { return list.isEmpty(); });
+    if (slotsUsable && anyListEmpty)
+        errors |= CoreMotorElement::LayoutEmpty;
+
+    if (m_modeLayout == Winding::Manual) {
+        for (const Winding::CoilList &list : m_baseLayout) {
+            for (const Winding::Coil &coil : list) {
+                if (coil.parallelPath > m_parallelPaths)
+                    errors |= CoreMotorElement::LayoutParallelPathNumber;
+                if (coil.layerFrom >= m_numberLayers || coil.layerTo >= m_numberLayers)
+                    errors |= CoreMotorElement::LayoutNumber;
+            }
+        }
+    }
+
+    const bool layoutUsable = slotsUsable && !errors.testFlag(CoreMotorElement::LayoutIncorrect);
+    if (layoutUsable && signatureLayouts().contains(QLatin1Char('.')))
+        errors |= CoreMotorElement::NotSupported;
+    if (layoutUsable && isUnbalanced())
+        errors |= CoreMotorElement::Unbalanced;
+
+    if (errors == m_windingErrors)
+        return;
+    m_windingErrors = errors;
+    emit windingErrorsChanged();
+}
+
+void WindingObject::setWindingWarnings(WindingErrors warnings)
+{
+    if (warnings == m_windingWarnings)
+        return;
+    m_windingWarnings = warnings;
+    emit windingWarningsChanged();
+}
+
+QString WindingObject::elementErrors() const
+{
+    return elementErrorText(m_windingErrors,
+                            {CoreMotorElement::SlotPoleNotFeasible, CoreMotorElement::SlotsNotEven,
+                             CoreMotorElement::LayoutIncorrect, CoreMotorElement::ParallelPathsIncorrect,
+                             CoreMotorElement::LayoutEmpty, CoreMotorElement::NotSupported,
+                             CoreMotorElement::LayoutParallelPathNumber, CoreMotorElement::LayoutNumber,
+                             CoreMotorElement::Unbalanced, CoreMotorElement::EndWindingFailed,
+                             CoreMotorElement::InnerFilaments, CoreMotorElement::OuterFilaments},
+                            objectName(), windingErrorMessage);
+}
+
+QVariantMap WindingObject::properties() const
+{
+    const QVariantMap map{
+        {QStringLiteral("type"), Winding::toString(m_type)},
+        {QStringLiteral("numberLayers"), Winding::numberLayersString(m_numberLayers)},
+        {QStringLiteral("layersOrientation"), Winding::toString(m_layersOrientation)},
+        {QStringLiteral("wireSizeMethod"), Winding::toString(m_wireSizeMethod)},
+        {QStringLiteral("wireGaugeNumber"), m_wireSize},
+        {QStringLiteral("fillfactor"), coilFillFactor()},
+        {QStringLiteral("strandDiameter"), wireDiameter()},
+        {QStringLiteral("statorcircuit"), Winding::toString(m_circuit)},
+        {QStringLiteral("Npp"), m_parallelPaths},
+        {QStringLiteral("numberTurns"), m_numberTurns},
+        {QStringLiteral("nstrands"), m_strandsConductor},
+        {QStringLiteral("coilSpan"), m_coilSpan},
+        {QStringLiteral("Lsew"), m_autoCalcEndInductance ? QVariant(autoText) : QVariant(m_endInductance)},
+        {QStringLiteral("Rs"), m_autoCalcPhaseResistance ? QVariant(autoText) : QVariant(m_phaseResistance)},
+        {QStringLiteral("statorconnection"), m_countLayouts < 2 ? QString() : m_connection},
+    };
+    qDebug() << "Get WindingObject::properties:" << map;
+    return map;
+}
+
+void WindingObject::setProperties(const QVariantMap &map)
+{
+    if (map.isEmpty())
+        return;
+    qDebug() << "WindingObject::setProperties:" << map;
+    auto text = [&map](const char *key) { return map.value(QLatin1String(key)).toString(); };
+    auto count = [&map](const char *key) { return qMax(1, map.value(QLatin1String(key)).toInt()); };
+
+    setType(Winding::fromString(text("type"), m_type));
+    setNumberLayers(Winding::numberLayersFromString(text("numberLayers"), m_numberLayers));
+    setLayersOrientation(Winding::fromString(text("layersOrientation"), m_layersOrientation));
+    setWireSizeMethod(Winding::fromString(text("wireSizeMethod"), m_wireSizeMethod));
+    setWireSize(text("wireGaugeNumber"));
+
+    bool isNumber = false;
+    double fillFactor = text("fillfactor").toDouble(&isNumber);
+    if (!isNumber)
+        fillFactor = 0.3;
+    setCoilFillFactor(qBound(0.0, fillFactor, 1.0));
+    setWireDiameter(qMax(0.0, text("strandDiameter").toDouble()));
+
+    setCircuit(Winding::fromString(text("statorcircuit"), m_circuit));
+    setParallelPaths(count("Npp"));
+    setNumberTurns(count("numberTurns"));
+    setStrandsConductor(count("nstrands"));
+
+    if (isOrientationLeftRight() || isToroidal()) {
+        // Such coils always span one slot.
+        if (!m_autoCalcCoilSpan)
+            setCoilSpan(1);
+    } else {
+        const int span = text("coilSpan").toInt(&isNumber);
+        setAutoCalcCoilSpan(!isNumber);
+        setCoilSpan(span);
+    }
+
+    const double inductance = text("Lsew").toDouble(&isNumber);
+    setAutoCalcEndInductance(!isNumber);
+    if (isNumber)
+        setEndInductance(inductance);
+    const double resistance = text("Rs").toDouble(&isNumber);
+    setAutoCalcPhaseResistance(!isNumber);
+    if (isNumber)
+        setPhaseResistance(resistance);
+
+    setConnection(Winding::normalizeConnection(text("statorconnection"), m_countLayouts));
+}

@@ -1,0 +1,284 @@
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+#include <QVector>
+
+#include "document/CoreMotorElement.h"
+#include "winding/Winding.h"
+
+class ScriptConsole;
+
+// The stator winding of a document: its kind, its coils in the slots of every
+// stator face, the wire, the end-turn settings and the lumped values. Values with
+// an automatic and a manual form keep both; the property gives the effective one.
+class WindingObject : public CoreMotorElement
+{
+    Q_OBJECT
+    Q_PROPERTY(Winding::Circuit circuit READ circuit WRITE setCircuit NOTIFY circuitChanged)
+    Q_PROPERTY(QString connection READ connection WRITE setConnection NOTIFY connectionChanged)
+    Q_PROPERTY(int parallelPaths READ parallelPaths WRITE setParallelPaths NOTIFY parallelPathsChanged)
+    Q_PROPERTY(int numberTurns READ numberTurns WRITE setNumberTurns NOTIFY numberTurnsChanged)
+    Q_PROPERTY(int strandsConductor READ strandsConductor WRITE setStrandsConductor NOTIFY strandsConductorChanged)
+    Q_PROPERTY(Winding::WireSizeMethod wireSizeMethod READ wireSizeMethod WRITE setWireSizeMethod NOTIFY wireSizeMethodChanged)
+    Q_PROPERTY(QString wireSize READ wireSize WRITE setWireSize NOTIFY wireSizeChanged)
+    Q_PROPERTY(double wireDiameter READ wireDiameter WRITE setWireDiameter NOTIFY wireDiameterChanged)
+    Q_PROPERTY(double coilFillFactor READ coilFillFactor WRITE setCoilFillFactor NOTIFY coilFillFactorChanged)
+    Q_PROPERTY(double fillFactor READ coilFillFactor WRITE setCoilFillFactor NOTIFY coilFillFactorChanged)
+    Q_PROPERTY(double slotFillFactor READ slotFillFactor WRITE setSlotFillFactor NOTIFY slotFillFactorChanged)
+    Q_PROPERTY(Winding::Type type READ type WRITE setType NOTIFY typeChanged)
+    Q_PROPERTY(int numberLayers READ numberLayers WRITE setNumberLayers NOTIFY numberLayersChanged)
+    Q_PROPERTY(Winding::LayersOrientation layersOrientation READ layersOrientation WRITE setLayersOrientation NOTIFY layersOrientationChanged)
+    Q_PROPERTY(int coilSpan READ coilSpan WRITE setCoilSpan NOTIFY coilSpanChanged)
+    Q_PROPERTY(bool autoCalcCoilSpan READ autoCalcCoilSpan WRITE setAutoCalcCoilSpan NOTIFY autoCalcCoilSpanChanged)
+    Q_PROPERTY(Winding::ModeLayout modeLayout READ modeLayout WRITE setModeLayout NOTIFY modeLayoutChanged)
+    Q_PROPERTY(Winding::Layout layout READ layout WRITE setLayout NOTIFY layoutsChanged)
+    Q_PROPERTY(QString endturnsScript READ endturnsScript WRITE setEndturnsScript NOTIFY endturnsScriptChanged)
+    Q_PROPERTY(bool autoCalcOverhangEndturns READ autoCalcOverhangEndturns WRITE setAutoCalcOverhangEndturns NOTIFY autoCalcOverhangEndturnsChanged)
+    Q_PROPERTY(double radialOverhangOuterEndturn READ radialOverhangOuterEndturn WRITE setRadialOverhangOuterEndturn NOTIFY radialOverhangOuterEndturnChanged)
+    Q_PROPERTY(double radialOverhangOuterEnd READ radialOverhangOuterEndturn WRITE setRadialOverhangOuterEndturn NOTIFY radialOverhangOuterEndturnChanged)
+    Q_PROPERTY(double radialOverhangInnerEndturn READ radialOverhangInnerEndturn WRITE setRadialOverhangInnerEndturn NOTIFY radialOverhangInnerEndturnChanged)
+    Q_PROPERTY(double radialOverhangInnerEnd READ radialOverhangInnerEndturn WRITE setRadialOverhangInnerEndturn NOTIFY radialOverhangInnerEndturnChanged)
+    Q_PROPERTY(double heightOuterEndturn READ heightOuterEndturn WRITE setHeightOuterEndturn NOTIFY heightOuterEndturnChanged)
+    Q_PROPERTY(double heightInnerEndturn READ heightInnerEndturn WRITE setHeightInnerEndturn NOTIFY heightInnerEndturnChanged)
+    Q_PROPERTY(bool autoCalcEndInductance READ autoCalcEndInductance WRITE setAutoCalcEndInductance NOTIFY autoCalcEndInductanceChanged)
+    Q_PROPERTY(double endInductance READ endInductance WRITE setEndInductance NOTIFY endInductanceChanged)
+    Q_PROPERTY(QString methodCalcEndInductance READ methodCalcEndInductance NOTIFY methodCalcEndInductanceChanged)
+    Q_PROPERTY(bool autoCalcPhaseResistance READ autoCalcPhaseResistance WRITE setAutoCalcPhaseResistance NOTIFY autoCalcPhaseResistanceChanged)
+    Q_PROPERTY(double phaseResistance READ phaseResistance WRITE setPhaseResistance NOTIFY phaseResistanceChanged)
+    Q_PROPERTY(double wireLength READ wireLength NOTIFY wireLengthChanged)
+    Q_PROPERTY(QVector<bool> reverseLayersLayouts READ reverseLayersLayouts WRITE setReverseLayersLayouts NOTIFY reverseLayersLayoutsChanged)
+    Q_PROPERTY(QVariantMap properties READ properties WRITE setProperties NOTIFY windingChanged)
+
+public:
+    explicit WindingObject(Document *document);
+
+    ScriptConsole *console() const { return m_console; }
+
+    Winding::Circuit circuit() const { return m_circuit; }
+    void setCircuit(Winding::Circuit circuit);
+    QString connection() const { return m_connection; }
+    void setConnection(const QString &connection);
+    int parallelPaths() const { return m_parallelPaths; }
+    void setParallelPaths(int parallelPaths);
+    int numberTurns() const { return m_numberTurns; }
+    void setNumberTurns(int numberTurns);
+    int strandsConductor() const { return m_strandsConductor; }
+    void setStrandsConductor(int strands);
+
+    Winding::WireSizeMethod wireSizeMethod() const { return m_wireSizeMethod; }
+    void setWireSizeMethod(Winding::WireSizeMethod method);
+    QString wireSize() const { return m_wireSize; }
+    void setWireSize(const QString &name);
+    double wireDiameter() const;
+    void setWireDiameter(double diameter);
+    double coilFillFactor() const;
+    void setCoilFillFactor(double factor);
+    double slotFillFactor() const { return m_slotFillFactor; }
+    void setSlotFillFactor(double factor);
+
+    Winding::Type type() const { return m_type; }
+    void setType(Winding::Type type);
+    int numberLayers() const { return m_numberLayers; }
+    void setNumberLayers(int numberLayers);
+    Winding::LayersOrientation layersOrientation() const { return m_layersOrientation; }
+    void setLayersOrientation(Winding::LayersOrientation orientation);
+    bool isPlanar() const { return m_type == Winding::Planar; }
+    bool isToroidal() const { return m_type == Winding::Toroidal; }
+    bool isSingleLayer() const { return m_numberLayers == 1; }
+    bool isDoubleLayer() const { return m_numberLayers == 2; }
+    bool isOrientationUpperLower() const { return m_layersOrientation == Winding::UpperLower; }
+    bool isOrientationLeftRight() const { return m_layersOrientation == Winding::LeftRight; }
+    // The layers that a layout has in a slot position: a toroidal coil always has two sides there.
+    int effectiveNumberLayers() const { return isToroidal() ? 2 : m_numberLayers; }
+
+    int coilSpan() const { return m_coilSpan; }
+    void setCoilSpan(int span);
+    bool autoCalcCoilSpan() const { return m_autoCalcCoilSpan; }
+    void setAutoCalcCoilSpan(bool automatic);
+
+    Winding::ModeLayout modeLayout() const { return m_modeLayout; }
+    void setModeLayout(Winding::ModeLayout mode);
+    // The base layout: the only one that is edited; the others derive from it.
+    Winding::Layout layout() const { return m_baseLayout; }
+    void setLayout(const Winding::Layout &layout);
+    QVector<Winding::Layout> coilLayouts() const { return m_coilLayouts; }
+    int countLayouts() const { return m_countLayouts; }
+    void updateCountLayouts();
+    QVector<bool> reverseLayersLayouts() const { return m_reverseLayersLayouts; }
+    void setReverseLayersLayouts(const QVector<bool> &reverse);
+    void setReverseLayerLayout(int index, bool reverse);
+
+    bool isFeasible() const;
+    bool isParallelPathsValid() const;
+    // What lies in each slot position, two characters a coil side; the document
+    // finds the machine's symmetry in it.
+    QString signatureLayouts() const;
+
+    QString endturnsScript() const { return m_endturnsScript; }
+    void setEndturnsScript(const QString &script);
+    bool autoCalcOverhangEndturns() const { return m_autoCalcOverhangEndturns; }
+    void setAutoCalcOverhangEndturns(bool automatic);
+    double radialOverhangOuterEndturn() const { return m_radialOverhangOuterEndturn; }
+    void setRadialOverhangOuterEndturn(double overhang);
+    double radialOverhangInnerEndturn() const { return m_radialOverhangInnerEndturn; }
+    void setRadialOverhangInnerEndturn(double overhang);
+    double heightOuterEndturn() const { return m_heightOuterEndturn; }
+    void setHeightOuterEndturn(double height);
+    double heightInnerEndturn() const { return m_heightInnerEndturn; }
+    void setHeightInnerEndturn(double height);
+    // The coil cross-section, told by the first stator body: the least overhang and height.
+    double widthWindingCoil() const { return m_widthWindingCoil; }
+    void setWidthWindingCoil(double width);
+    double heightWindingCoil() const { return m_heightWindingCoil; }
+    void setHeightWindingCoil(double height);
+
+    bool isEndturnShapeGenerated() const { return m_generateShapes; }
+    void setEndturnShapeGenerated(bool generated, bool markModified = true);
+    // Any change of what the end turns rest on makes them stale.
+    void dropEndturns();
+
+    bool autoCalcEndInductance() const { return m_autoCalcEndInductance; }
+    void setAutoCalcEndInductance(bool automatic);
+    double endInductance() const { return m_endInductance; }
+    void setEndInductance(double inductance);
+    QString methodCalcEndInductance() const { return m_methodCalcEndInductance; }
+    bool autoCalcPhaseResistance() const { return m_autoCalcPhaseResistance; }
+    void setAutoCalcPhaseResistance(bool automatic);
+    double phaseResistance() const { return m_phaseResistance; }
+    void setPhaseResistance(double resistance);
+    double wireLength() const { return m_wireLength; }
+
+    Winding::CurrentCoil currentCoil() const { return m_currentCoil; }
+    void setCurrentCoil(const Winding::CurrentCoil &coil);
+
+    WindingErrors windingErrors() const { return m_windingErrors; }
+    WindingErrors windingWarnings() const { return m_windingWarnings; }
+    void updateWindingErrors();
+    QString elementErrors() const;
+
+    QVariantMap properties() const;
+    void setProperties(const QVariantMap &map);
+
+signals:
+    void circuitChanged();
+    void connectionChanged();
+    void parallelPathsChanged();
+    void numberTurnsChanged();
+    void strandsConductorChanged();
+    void wireSizeMethodChanged();
+    void wireSizeChanged();
+    void wireDiameterChanged();
+    void coilFillFactorChanged();
+    void slotFillFactorChanged();
+    void showAreaCoilFillFactorChanged();
+    void showAreaSlotFillFactorChanged();
+    void typeChanged();
+    void numberLayersChanged();
+    void layersOrientationChanged();
+    void coilSpanChanged();
+    void autoCalcCoilSpanChanged();
+    void countLayoutsChanged();
+    void modeLayoutChanged();
+    void layoutsChanged();
+    void reverseLayersLayoutsChanged();
+    void autoCalcOverhangEndturnsChanged();
+    void radialOverhangOuterEndturnChanged();
+    void radialOverhangInnerEndturnChanged();
+    void heightOuterEndturnChanged();
+    void heightInnerEndturnChanged();
+    void endturnsScriptChanged();
+    void endturnsScriptLoaded();
+    void endturnsChanged();
+    void wireLengthChanged();
+    void autoCalcEndInductanceChanged();
+    void endInductanceChanged();
+    void methodCalcEndInductanceChanged();
+    void endInductanceInnerOrOuterChanged();
+    void autoCalcPhaseResistanceChanged();
+    void phaseResistanceChanged();
+    void windingChanged();
+    void windingErrorsChanged();
+    void windingWarningsChanged();
+    void createSceneWindingStarted();
+    void createSceneWindingFinished();
+    void generatedEndWindingShapesChanged();
+    void currentCoilChanged();
+    void widthWindingCoilChanged();
+    void heightWindingCoilChanged();
+
+private:
+    // The winding's own signal, then windingChanged, then the document is modified.
+    template <typename Signal>
+    void announce(Signal signal);
+    // The same for an overhang, which marks the document only when the user set it.
+    template <typename Signal>
+    void announceOverhang(Signal signal);
+    int numberSlots() const;
+    int clippedCoilSpan(int span) const;
+    void storeCoilSpan(int span);
+    void limitCoilSpan();
+    void rememberWireSize();
+    void setMethodCalcEndInductance(const QString &text);
+    void applyAutoCalcOverhangEndturns(bool automatic);
+    void followOverhangRule();
+    void updateOverhangLimits();
+    bool isToroidalLayoutValid() const;
+    bool isUnbalanced() const;
+    void setWindingWarnings(WindingErrors warnings);
+
+    ScriptConsole *m_console;
+
+    Winding::Circuit m_circuit = Winding::Star;
+    QString m_connection = QStringLiteral("UnknownConnection");
+    int m_parallelPaths = 1;
+    int m_numberTurns = 1;
+    int m_strandsConductor = 1;
+    Winding::WireSizeMethod m_wireSizeMethod = Winding::AWG;
+    QString m_wireSize = QStringLiteral("25 AWG");
+    QString m_lastAwgName = QStringLiteral("25 AWG");
+    QString m_lastSwgName = QStringLiteral("25 SWG");
+    double m_computedWireDiameter = 0.0;
+    double m_givenWireDiameter = 0.5;
+    double m_computedCoilFillFactor = 0.0;
+    double m_givenCoilFillFactor = 0.9;
+    double m_slotFillFactor = 0.0;
+    Winding::Type m_type = Winding::Planar;
+    int m_numberLayers = 1;
+    Winding::LayersOrientation m_layersOrientation = Winding::UpperLower;
+    int m_coilSpan = 0;
+    bool m_autoCalcCoilSpan = true;
+    Winding::ModeLayout m_modeLayout = Winding::Automatic;
+    Winding::Layout m_baseLayout;
+    QString m_endturnsScript = QStringLiteral("WindingEndturns.js");
+    bool m_autoCalcOverhangEndturns = true;
+    // The user's wish, kept while a single-layer winding of a wide span can't have it.
+    bool m_autoCalcOverhangEndturnsWish = true;
+    double m_radialOverhangOuterEndturn = 0.0;
+    double m_radialOverhangInnerEndturn = 0.0;
+    double m_heightOuterEndturn = 0.0;
+    double m_heightInnerEndturn = 0.0;
+    // The manual values, kept while the overhang is automatic.
+    double m_manualRadialOverhangOuterEndturn = 0.0;
+    double m_manualRadialOverhangInnerEndturn = 0.0;
+    double m_manualHeightOuterEndturn = 0.0;
+    double m_manualHeightInnerEndturn = 0.0;
+    bool m_autoCalcEndInductance = true;
+    double m_endInductance = 0.0;
+    double m_manualEndInductance = 0.0;
+    QString m_methodCalcEndInductance;
+    bool m_autoCalcPhaseResistance = true;
+    double m_phaseResistance = 0.0;
+    double m_manualPhaseResistance = 0.0;
+    double m_wireLength = 0.0;
+    QVector<Winding::Layout> m_coilLayouts = QVector<Winding::Layout>(4);
+    int m_countLayouts = 1;
+    QVector<bool> m_reverseLayersLayouts = QVector<bool>(4, false);
+    QVector<double> m_phaseResistances = QVector<double>(Winding::Count, 0.0);
+    Winding::CurrentCoil m_currentCoil;
+    WindingErrors m_windingErrors;
+    WindingErrors m_windingWarnings;
+    bool m_generateShapes = false;
+    double m_widthWindingCoil = 0.0;
+    double m_heightWindingCoil = 0.0;
+};
