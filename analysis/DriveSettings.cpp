@@ -1,8 +1,16 @@
 #include "analysis/DriveSettings.h"
 
+#include <QDataStream>
 #include <type_traits>
 
 #include "document/Document.h"
+
+namespace {
+
+// Version of the drive's block in a document file.
+const qint32 streamVersion = 2;
+
+} // namespace
 
 DriveSettings::DriveSettings(Document *document)
     : QObject(document)
@@ -215,4 +223,30 @@ void DriveSettings::setTransistorName(const QString &name)
 void DriveSettings::setTransistorInParallel(int count)
 {
     assign(m_transistorInParallel, count, &DriveSettings::transistorInParallelChanged);
+}
+
+// Enumerations travel as their 32-bit value.
+void DriveSettings::save(QDataStream &out) const
+{
+    out << streamVersion << m_waveformCurrent << m_methodInputCurrent << m_currentSupplyRMS << m_currentSupplyPeak
+        << m_densitySupplyRMS << m_currentPhaseRMS << m_currentSupplyDC << m_voltageSupplyDC << m_driverType
+        << m_switchingDeadTime << m_currentHysteresis << m_frequencySamplingPWM << m_switchDutyCycle
+        << m_commutationAdvanceAngle << m_sixStepOptions << m_phaseCurrentLimit << m_phaseCurrentHysteresis
+        << m_sixStepVdcUsage << m_transistorName << m_transistorInParallel;
+}
+
+bool DriveSettings::load(QDataStream &in)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version > streamVersion)
+        return false;
+    in >> m_waveformCurrent >> m_methodInputCurrent >> m_currentSupplyRMS >> m_currentSupplyPeak
+        >> m_densitySupplyRMS;
+    if (version >= 2)
+        in >> m_currentPhaseRMS >> m_currentSupplyDC;
+    in >> m_voltageSupplyDC >> m_driverType >> m_switchingDeadTime >> m_currentHysteresis >> m_frequencySamplingPWM
+        >> m_switchDutyCycle >> m_commutationAdvanceAngle >> m_sixStepOptions >> m_phaseCurrentLimit
+        >> m_phaseCurrentHysteresis >> m_sixStepVdcUsage >> m_transistorName >> m_transistorInParallel;
+    return true;
 }

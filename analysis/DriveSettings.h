@@ -5,6 +5,7 @@
 #include <QVariant>
 
 class Document;
+class QDataStream;
 
 // How the machine is supplied in an analysis. One input value per method is kept
 // side by side; the selected method decides which one the solver gets.
@@ -126,6 +127,11 @@ public:
     void setTransistorName(const QString &name);
     int transistorInParallel() const { return m_transistorInParallel; }
     void setTransistorInParallel(int count);
+
+    // The drive's block of a document file. load returns false, having changed
+    // nothing, for a version newer than this program, and emits no change signals.
+    void save(QDataStream &out) const;
+    bool load(QDataStream &in);
 
 signals:
     void waveformCurrentChanged();

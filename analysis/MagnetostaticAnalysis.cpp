@@ -1,8 +1,10 @@
 #include "analysis/MagnetostaticAnalysis.h"
 
+#include <QDataStream>
 #include <QDebug>
 #include <type_traits>
 
+#include "analysis/DriveSettings.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
@@ -10,6 +12,13 @@
 #include "meshing/Mesh.h"
 #include "QmlScripting/ScriptConsole.h"
 #include "winding/WindingObject.h"
+
+namespace {
+
+// Version of the analysis's block in a document file.
+const qint32 streamVersion = 2;
+
+} // namespace
 
 MagnetostaticAnalysis::MagnetostaticAnalysis(Document *document)
     : CoreMotorElement(document)
@@ -179,4 +188,44 @@ void MagnetostaticAnalysis::setDataSimulation(const QVariantMap &data)
 void MagnetostaticAnalysis::dropResults()
 {
     setDataSimulation(QVariantMap());
+}
+
+// Enumerations travel as their 32-bit value.
+void MagnetostaticAnalysis::save(QDataStream &out) const
+{
+    out << streamVersion << m_solverType << m_accuracy << m_numberPoints << m_reserved << m_timePeriodMode
+        << m_timePeriod.first << m_timePeriod.second << m_converganceTolerance << m_advanceAngle
+        << m_mechanicalSpeed << m_computeCoggingTorque << m_saveEachFieldSolution << m_folderFieldsSolution
+        << m_dataSimulation;
+}
+
+bool MagnetostaticAnalysis::load(QDataStream &in)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version > streamVersion)
+        return false;
+    in >> m_solverType >> m_accuracy >> m_numberPoints >> m_reserved >> m_timePeriodMode >> m_timePeriod.first
+        >> m_timePeriod.second >> m_converganceTolerance >> m_advanceAngle >> m_mechanicalSpeed
+        >> m_computeCoggingTorque >> m_saveEachFieldSolution >> m_folderFieldsSolution;
+    if (version >= 2)
+        in >> m_dataSimulation;
+    return true;
+}
+
+void registerAnalysisTypes()
+{
+    static const bool registered = [] {
+        qRegisterMetaTypeStreamOperators<MagnetostaticAnalysis::SolverType>("MagnetostaticAnalysis::SolverType");
+        qRegisterMetaTypeStreamOperators<MagnetostaticAnalysis::Accuracy>("MagnetostaticAnalysis::Accuracy");
+        qRegisterMetaTypeStreamOperators<MagnetostaticAnalysis::TimePeriodMode>(
+            "MagnetostaticAnalysis::TimePeriodMode");
+        qRegisterMetaTypeStreamOperators<DriveSettings::WaveformCurrent>("DriveSettings::WaveformCurrent");
+        qRegisterMetaTypeStreamOperators<DriveSettings::MethodInputCurrent>("DriveSettings::MethodInputCurrent");
+        qRegisterMetaTypeStreamOperators<DriveSettings::DriveType>("DriveSettings::DriveType");
+        qRegisterMetaTypeStreamOperators<DriveSettings::SwitchDutyCycle>("DriveSettings::SwitchDutyCycle");
+        qRegisterMetaTypeStreamOperators<DriveSettings::SixStepOptions>("DriveSettings::SixStepOptions");
+        return true;
+    }();
+    Q_UNUSED(registered)
 }

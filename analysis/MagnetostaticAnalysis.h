@@ -6,6 +6,7 @@
 
 #include "document/CoreMotorElement.h"
 
+class QDataStream;
 class ScriptConsole;
 
 // The settings of a magnetostatic analysis and what the solver returned for the
@@ -96,6 +97,11 @@ public:
     QVariantMap dataSimulation() const { return m_dataSimulation; }
     void setDataSimulation(const QVariantMap &data);
 
+    // The analysis's block of a document file: the settings and the results. load
+    // returns false, having changed nothing, for a version newer than this program.
+    void save(QDataStream &out) const;
+    bool load(QDataStream &in);
+
 signals:
     void solverTypeChanged();
     void accuracyChanged();
@@ -129,6 +135,8 @@ private:
     int m_numberPoints = 1;
     // The user's count, kept while another accuracy fixes the points.
     int m_keptNumberPoints = 1;
+    // Carried from file to file unread.
+    qint32 m_reserved = 0;
     TimePeriodMode m_timePeriodMode = OneElecticalPeriod;
     TimePeriod m_timePeriod = TimePeriod(0.0, 1.0);
     double m_converganceTolerance = 0.001;
@@ -141,3 +149,7 @@ private:
     bool m_running = false;
     QVariantMap m_dataSimulation;
 };
+
+// Makes the enumerations of the analysis and of the drive known to QVariant by
+// name, stored as their 32-bit value, so that files and the undo history carry them.
+void registerAnalysisTypes();

@@ -1,6 +1,42 @@
 #include "app/Application.h"
 
 #include <QDebug>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+
+#include "analysis/SolverStep.h"
+#include "app/ExchangeFile.h"
+#include "app/MessageBox.h"
+#include "app/SafeMain.h"
+#include "document/Document.h"
+
+namespace {
+
+bool isDocumentSuffix(const QString &path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == zvaSuffix() || suffix == zvapSuffix();
+}
+
+// The checks of a document argument; false after telling the user what is wrong.
+bool checkDocumentFile(const QString &path)
+{
+    if (!isDocumentSuffix(path)) {
+        MessageBox::warning(nullptr, QCoreApplication::applicationName(),
+                            QCoreApplication::translate("Application", "Can't open file %1. Unsupported file type!")
+                                .arg(path));
+        return false;
+    }
+    if (!QFileInfo::exists(path)) {
+        MessageBox::warning(nullptr, QCoreApplication::applicationName(),
+                            QCoreApplication::translate("Application", "File %1 does not exist").arg(path));
+        return false;
+    }
+    return true;
+}
+
+} // namespace
 
 Application::Application(int &argc, char **argv)
     : QApplication(argc, argv)
@@ -15,6 +51,123 @@ Application::Application(int &argc, char **argv)
 }
 
 Application::~Application() = default;
+
+QString Application::documentArgument() const
+{
+    const QStringList positional = m_parser.positionalArguments();
+    return positional.isEmpty() ? QString() : resolveShellLink(positional.first());
+}
+
+bool Application::loadDocument(Document &document, const QString &path)
+{
+    document.start();
+    return document.load(path);
+}
+
+int Application::runHeadless()
+{
+    if (m_parser.isWrite())
+        return runWrite();
+    if (m_parser.isRunAssembleZVA() || m_parser.isRunMStimestepping()) {
+        if (m_parser.isRunAssembleZVA())
+            runAssembleZVA(m_parser.exchangeFile());
+        else
+            runMStimestepping(m_parser.exchangeFile());
+        terminateAtExit = 1;
+        return 0;
+    }
+    return runDocumentOperation();
+}
+
+int Application::runWrite()
+{
+    if (m_parser.exchangeFile().isEmpty()) {
+        MessageBox::critical(nullptr, applicationName(), tr("Exchange file is not defined"));
+        return -1;
+    }
+    const QString path = documentArgument();
+    if (path.isEmpty()) {
+        qCritical() << "Error: no file option";
+        return -1;
+    }
+    Document document;
+    if (!loadDocument(document, path))
+        return -1;
+    handleCmdWrite(document, m_parser.exchangeFile(), path);
+    return 0;
+}
+
+int Application::runDocumentOperation()
+{
+    const QString path = documentArgument();
+    if (path.isEmpty()) {
+        qCritical() << "Error: no file option";
+        return -1;
+    }
+    if (!checkDocumentFile(path) || !m_parser.checkOptions())
+        return -1;
+    Document document;
+    if (!loadDocument(document, path))
+        return -1;
+    // Without an operation the checked options leave only the export.
+    if (m_parser.operation().isEmpty()) {
+        document.exportToJson(m_parser.jsonFile());
+        return 0;
+    }
+    if (m_parser.isRead()) {
+        handleCmdRead(document, m_parser.exchangeFile());
+        return 0;
+    }
+    qCritical().noquote() << QStringLiteral("Error: operation '%1' is not part of this build yet")
+                                 .arg(m_parser.operation());
+    return -1;
+}
+
+void Application::handleCmdRead(Document &document, const QString &exchangeFile)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const bool result = document.saveDataSimulationToFile(exchangeFile);
+    qInfo() << "Read simulation data at" << timer.elapsed() << "ms, result:" << result;
+}
+
+void Application::handleCmdWrite(Document &document, const QString &exchangeFile, const QString &documentFile)
+{
+    if (!checkDocumentFile(documentFile))
+        return;
+    QElapsedTimer timer;
+    timer.start();
+    if (!document.loadDataSimulationFromFile(exchangeFile)) {
+        qCritical() << "Load simulation data failed";
+        return;
+    }
+    const QImage picture = document.isProtectedFile() ? document.previewImage() : QImage();
+    document.setPreparing(false);
+    document.setModified(true);
+
+    QFileInfo info(documentFile);
+    if (!info.isWritable()) {
+        QFile file(documentFile);
+        if (!file.setPermissions(file.permissions() | QFileDevice::WriteUser)) {
+            MessageBox::critical(nullptr, applicationName(),
+                                 tr("Can't open file %1 for writing. You may not have write permission.")
+                                     .arg(QDir::toNativeSeparators(documentFile)));
+            return;
+        }
+    }
+    const bool result = document.save(documentFile, &picture);
+    qInfo() << "Write simulation data at" << timer.elapsed() << "ms, result:" << result;
+}
+
+void Application::runAssembleZVA(const QString &exchangeFile)
+{
+    runSolverStep(SolverStep::AssembleZVA, exchangeFile, m_parser.remoteConsoleName());
+}
+
+void Application::runMStimestepping(const QString &exchangeFile)
+{
+    runSolverStep(SolverStep::MStimestepping, exchangeFile, m_parser.remoteConsoleName());
+}
 
 QString zvaSuffix()
 {

@@ -5,6 +5,8 @@
 #include "app/CommandLineParcer.h"
 #include "app/ParentProcess.h"
 
+class Document;
+
 // The process object: reads the command line first and knows which program started it.
 class Application : public QApplication
 {
@@ -18,7 +20,20 @@ public:
 
     static Application *instance() { return qobject_cast<Application *>(QCoreApplication::instance()); }
 
+    // One operation of the command line without a window; the exit code.
+    int runHeadless();
+
+    void handleCmdRead(Document &document, const QString &exchangeFile);
+    void handleCmdWrite(Document &document, const QString &exchangeFile, const QString &documentFile);
+    void runAssembleZVA(const QString &exchangeFile);
+    void runMStimestepping(const QString &exchangeFile);
+
 private:
+    int runWrite();
+    int runDocumentOperation();
+    bool loadDocument(Document &document, const QString &path);
+    QString documentArgument() const;
+
     CommandLineParcer m_parser;
     ParentProcessKind m_parentProcessKind = ParentProcessKind::None;
 };

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QDebug>
 
+#include "app/MessageBox.h"
+
 namespace {
 
 const QString operationExecute = QStringLiteral("execute");
@@ -66,3 +68,26 @@ bool CommandLineParcer::isCalculate() const { return operation() == operationCal
 bool CommandLineParcer::isSaveZVA() const { return operation() == operationSaveZVA; }
 bool CommandLineParcer::isRunAssembleZVA() const { return operation() == operationRunAssembleZVA; }
 bool CommandLineParcer::isRunMStimestepping() const { return operation() == operationRunMStimestepping; }
+
+bool CommandLineParcer::checkOptions() const
+{
+    auto refuse = [](const QString &text) {
+        MessageBox::warning(nullptr, QCoreApplication::applicationName(), text);
+        return false;
+    };
+    if (isSet(m_optionOperation)) {
+        if (!operations().contains(operation()))
+            return refuse(QCoreApplication::translate("CommandLineParcer", "Unknown operation '%1'").arg(operation()));
+        if (exchangeFile().isEmpty())
+            return refuse(QCoreApplication::translate("CommandLineParcer", "Exchange file is not defined"));
+        if (isSaveZVA() && fileSaveTo().isEmpty())
+            return refuse(QCoreApplication::translate("CommandLineParcer", "File to save is not defined"));
+        return true;
+    }
+    if (isSet(m_optionExportToJson)) {
+        if (jsonFile().isEmpty())
+            return refuse(QCoreApplication::translate("CommandLineParcer", "JSON file is not defined"));
+        return true;
+    }
+    return false;
+}

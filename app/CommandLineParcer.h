@@ -32,6 +32,9 @@ public:
 
     static const QStringList &operations();
 
+    // Whether the options make sense for a headless operation; says why not.
+    bool checkOptions() const;
+
 private:
     void addChecked(const QCommandLineOption &option, const char *memberName);
 

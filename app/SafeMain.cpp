@@ -38,13 +38,6 @@ int runInteractive()
     return 0;
 }
 
-int runHeadless(const CommandLineParcer &parser)
-{
-    qCritical().noquote() << QStringLiteral("Error: operation '%1' is not part of this build yet")
-                                 .arg(parser.operation());
-    return -1;
-}
-
 } // namespace
 
 int safeMain(int argc, char *argv[])
@@ -63,7 +56,7 @@ int safeMain(int argc, char *argv[])
 
     qInfo() << " *** Start application ***";
     qInfo() << "args:" << QCoreApplication::arguments();
-    qInfo() << "app module, last modified:"
+    qInfo().noquote() << "app module, last modified:"
             << QFileInfo(QCoreApplication::applicationFilePath())
                    .lastModified()
                    .toString(QStringLiteral("d.MM.yyyy h:mm:ss"));
@@ -73,7 +66,7 @@ int safeMain(int argc, char *argv[])
         MessageBox::information(nullptr, QCoreApplication::applicationName(), parser.helpText(), QMessageBox::Ok);
     } else {
         nglib::Ng_Init();
-        result = isInteractive(parser) ? runInteractive() : runHeadless(parser);
+        result = isInteractive(parser) ? runInteractive() : application->runHeadless();
         nglib::Ng_Exit();
         qInfo() << " *** Application finished, result:" << result << "***\n";
     }

@@ -1,6 +1,7 @@
 #include "document/Airgap.h"
 
 #include "document/Document.h"
+#include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
 #include "geometry/RotorItem.h"
 #include "geometry/Stator.h"
@@ -10,10 +11,7 @@
 
 namespace {
 
-double roundTo5Decimals(double x)
-{
-    return qRound(x * 100000) / 100000.0;
-}
+const qint32 streamVersion = 1;
 
 } // namespace
 
@@ -39,7 +37,7 @@ void Airgap::setThickness(const double &thickness)
         m_thickness = first->thickness();
         return;
     }
-    const double rounded = roundTo5Decimals(thickness);
+    const double rounded = roundLength(thickness);
     if (qFuzzyCompare(rounded, m_thickness))
         return;
     m_thickness = rounded;
@@ -146,4 +144,25 @@ void Airgap::checkErrors()
 QString Airgap::elementErrors() const
 {
     return elementErrorText(m_errors, {CoreMotorElement::ThicknessZero}, objectName(), geometryErrorMessage);
+}
+
+void Airgap::save(QDataStream &out) const
+{
+    out << streamVersion << m_thickness << qint32(m_numberLayers);
+}
+
+bool Airgap::load(QDataStream &in)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version > streamVersion)
+        return false;
+    double thickness = 0.0;
+    qint32 numberLayers = 0;
+    in >> thickness >> numberLayers;
+    if (in.status() == QDataStream::Ok) {
+        setThickness(roundLength(thickness));
+        setNumberLayers(numberLayers);
+    }
+    return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDataStream>
 #include <QObject>
 
 #include "document/CoreMotorElement.h"
@@ -36,6 +37,10 @@ public:
     Q_INVOKABLE double posBottom() const;
     Q_INVOKABLE double posTop() const;
     Q_INVOKABLE double posMiddle() const;
+
+    // The gap's block of a document file; false for a block of a newer program.
+    void save(QDataStream &out) const;
+    bool load(QDataStream &in);
 
     GeometryErrors geometryErrors() const { return m_errors; }
     void checkErrors();

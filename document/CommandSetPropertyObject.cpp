@@ -8,7 +8,7 @@
 
 namespace {
 
-const int historyStreamVersion = QDataStream::Qt_5_12; // version 19
+const int historyStreamVersion = QDataStream::Qt_5_13; // version 19
 
 QString encodeValue(const QVariant &value)
 {

@@ -22,7 +22,6 @@ public:
         BodiesOverlap = 256,
     };
     Q_DECLARE_FLAGS(GeometryErrors, GeometryError)
-    Q_FLAG(GeometryErrors)
 
     enum MaterialError {
         IronNotFound = 1,
@@ -36,7 +35,6 @@ public:
         CoreFillCoefCount = 256,
     };
     Q_DECLARE_FLAGS(MaterialErrors, MaterialError)
-    Q_FLAG(MaterialErrors)
 
     enum WindingError {
         SlotPoleNotFeasible = 1,
@@ -54,13 +52,11 @@ public:
         EndWindingStale = 4096,
     };
     Q_DECLARE_FLAGS(WindingErrors, WindingError)
-    Q_FLAG(WindingErrors)
 
     enum MeshError {
         MeshBuildFailed = 1,
     };
     Q_DECLARE_FLAGS(MeshErrors, MeshError)
-    Q_FLAG(MeshErrors)
 
     explicit CoreMotorElement(Document *document, QObject *parent = nullptr);
     ~CoreMotorElement() override;
@@ -80,6 +76,12 @@ using GeometryErrors = CoreMotorElement::GeometryErrors;
 using MaterialErrors = CoreMotorElement::MaterialErrors;
 using WindingErrors = CoreMotorElement::WindingErrors;
 using MeshErrors = CoreMotorElement::MeshErrors;
+
+// Files store these by their short names.
+Q_DECLARE_METATYPE(GeometryErrors)
+Q_DECLARE_METATYPE(MaterialErrors)
+Q_DECLARE_METATYPE(WindingErrors)
+Q_DECLARE_METATYPE(MeshErrors)
 
 // One message a flag; any other value, a combination included, gives the "Unknown" text.
 QString geometryErrorMessage(GeometryErrors flag);

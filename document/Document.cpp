@@ -14,6 +14,7 @@
 #include "app/Application.h"
 #include "document/Airgap.h"
 #include "document/CommandSetPropertyObject.h"
+#include "document/DocumentTypes.h"
 #include "document/RatedData.h"
 #include "document/UndoStack.h"
 #include "geometry/Rotor.h"
@@ -29,6 +30,7 @@
 Document::Document(QObject *parent)
     : QObject(parent)
 {
+    registerDocumentTypes();
     setObjectName(QStringLiteral("motor"));
     m_console = new ScriptConsole(ScriptConsole::Motor, this);
     m_config = new ConfigObject(this);

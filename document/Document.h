@@ -2,6 +2,7 @@
 
 #include <QAtomicInteger>
 #include <QByteArray>
+#include <QDataStream>
 #include <QHash>
 #include <QImage>
 #include <QMutex>
@@ -178,7 +179,16 @@ public:
     bool hasMaterialErrors() const;
     void checkElements();
 
-    // Files and folders
+    // Files
+    bool load(const QString &path);
+    bool save(const QString &path, const QImage *picture);
+    bool loadDataSimulationFromFile(const QString &path);
+    bool saveDataSimulationToFile(const QString &path) const;
+    bool exportToJson(const QString &path);
+    bool errorVersionMessage();
+    const QImage &previewImage() const { return m_previewImage; }
+
+    // Folders
     static QString scriptsPath();
     static QString configScriptPath();
     static QString materialsPath();
@@ -208,6 +218,12 @@ private:
     void setModifiedTrue() { setModified(true); }
     void updateActiveAirgaps();
     BoundaryCondition wantedBoundaryCondition() const;
+
+    bool loadFailure(const QString &text);
+    bool streamFailure(const QString &path);
+    bool readProtectedForm(QDataStream &in, const QString &path);
+    bool readDocumentForm(QDataStream &in, const QString &path);
+    void writeDocumentForm(QDataStream &out) const;
 
     QObject *statorObject() const;
     QObject *rotorObject() const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDataStream>
 #include <QObject>
 
 class Document;
@@ -25,6 +26,10 @@ public:
     void setSpeed(double value);
     double momentInertia() const { return m_momentInertia; }
     void setMomentInertia(double value);
+
+    // The block of a document file; false for a block of a newer program.
+    void save(QDataStream &out) const;
+    bool load(QDataStream &in);
 
 signals:
     void supplyCurrentChanged(double value);

@@ -8,16 +8,19 @@
 #include "geometry/Stator.h"
 #include "QmlScripting/ScriptConsole.h"
 
-MotorItem::MotorItem(Document *document, QObject *parent)
-    : CoreMotorElement(document, parent)
+MotorItem::MotorItem(MotorElement *element, ID id)
+    : CoreMotorElement(element->document(), element)
+    , m_element(element)
+    , m_id(id)
 {
+    setObjectName(QStringLiteral("%1Item%2").arg(element->objectName()).arg(int(id)));
 }
 
 void MotorItem::setHeight(double height)
 {
     height = roundLength(height);
     if (height <= 1e-7) {
-        console()->error(tr("Height of %1 must be great zero!").arg(objectName()));
+        m_element->console()->error(tr("Height of %1 must be great zero!").arg(objectName()));
         height = 0.1;
     }
     if (qFuzzyCompare(m_height, height))
@@ -48,6 +51,13 @@ void MotorItem::setAngularDisplacement(double angle)
     markGeometryModified(document());
 }
 
+QPair<double, double> MotorItem::range() const
+{
+    const Airgap *below = gapBelow();
+    const double bottom = below ? below->posTop() : 0.0;
+    return {bottom, bottom + m_height};
+}
+
 bool MotorItem::hasCachedPieces() const
 {
     QMutexLocker locker(&m_piecesMutex);
@@ -73,10 +83,4 @@ void MotorItem::clearCashPieces()
 {
     QMutexLocker locker(&m_piecesMutex);
     m_pieces.reset();
-}
-
-QPair<double, double> MotorItem::rangeAbove(const Airgap *gapBelow) const
-{
-    const double bottom = gapBelow ? gapBelow->posTop() : 0.0;
-    return {bottom, bottom + m_height};
 }

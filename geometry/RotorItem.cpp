@@ -4,27 +4,24 @@
 #include "geometry/Rotor.h"
 
 RotorItem::RotorItem(Rotor *rotor, ID id)
-    : MotorItem(rotor->document(), rotor)
-    , m_rotor(rotor)
-    , m_id(id)
+    : MotorItem(rotor, id)
 {
-    setObjectName(QStringLiteral("rotorItem%1").arg(int(id)));
 }
 
-QPair<double, double> RotorItem::range() const
+Rotor *RotorItem::rotor() const
 {
-    return rangeAbove(document()->airgapOfRotorItem(m_id, 1));
+    return static_cast<Rotor *>(element());
 }
 
 bool RotorItem::isUpper() const
 {
     switch (document()->machineType()) {
     case Machine::SR:
-        return m_id == ID1;
+        return id() == ID1;
     case Machine::RSR:
-        return m_id == ID2;
+        return id() == ID2;
     case Machine::RSRSR:
-        return m_id == ID3;
+        return id() == ID3;
     default:
         return false;
     }
@@ -37,7 +34,7 @@ bool RotorItem::isMiddle() const
     case Machine::SRSRS:
         return true;
     case Machine::RSRSR:
-        return m_id == ID2;
+        return id() == ID2;
     default:
         return false;
     }
@@ -46,10 +43,10 @@ bool RotorItem::isMiddle() const
 bool RotorItem::isLower() const
 {
     const Machine::Type machine = document()->machineType();
-    return m_id == ID1 && (machine == Machine::RSR || machine == Machine::RSRSR);
+    return id() == ID1 && (machine == Machine::RSR || machine == Machine::RSRSR);
 }
 
-ScriptConsole *RotorItem::console() const
+Airgap *RotorItem::gapBelow() const
 {
-    return m_rotor->console();
+    return document()->airgapOfRotorItem(id(), 1);
 }

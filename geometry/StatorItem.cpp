@@ -4,31 +4,28 @@
 #include "geometry/Stator.h"
 
 StatorItem::StatorItem(Stator *stator, ID id)
-    : MotorItem(stator->document(), stator)
-    , m_stator(stator)
-    , m_id(id)
+    : MotorItem(stator, id)
 {
-    setObjectName(QStringLiteral("statorItem%1").arg(int(id)));
 }
 
-QPair<double, double> StatorItem::range() const
+Stator *StatorItem::stator() const
 {
-    return rangeAbove(document()->airgapOfStatorItem(m_id, 1));
+    return static_cast<Stator *>(element());
 }
 
 bool StatorItem::isUpper() const
 {
     const Machine::Type machine = document()->machineType();
-    return (machine == Machine::SRS && m_id == ID2) || (machine == Machine::SRSRS && m_id == ID3);
+    return (machine == Machine::SRS && id() == ID2) || (machine == Machine::SRSRS && id() == ID3);
 }
 
 bool StatorItem::isMiddle() const
 {
     switch (document()->machineType()) {
     case Machine::RSR:
-        return m_id == ID1;
+        return id() == ID1;
     case Machine::SRSRS:
-        return m_id == ID2;
+        return id() == ID2;
     case Machine::RSRSR:
         return true;
     default:
@@ -39,10 +36,10 @@ bool StatorItem::isMiddle() const
 bool StatorItem::isLower() const
 {
     const Machine::Type machine = document()->machineType();
-    return m_id == ID1 && (machine == Machine::SR || machine == Machine::SRS || machine == Machine::SRSRS);
+    return id() == ID1 && (machine == Machine::SR || machine == Machine::SRS || machine == Machine::SRSRS);
 }
 
-ScriptConsole *StatorItem::console() const
+Airgap *StatorItem::gapBelow() const
 {
-    return m_stator->console();
+    return document()->airgapOfStatorItem(id(), 1);
 }

@@ -1,6 +1,7 @@
 #include "meshing/Mesh.h"
 
 #include <CGAL/exceptions.h>
+#include <QDataStream>
 #include <QDebug>
 #include <QMetaEnum>
 #include <algorithm>
@@ -16,6 +17,9 @@
 namespace {
 
 const QString autoText = QStringLiteral("Auto");
+
+// Version of the mesh's block in a document file.
+const qint32 streamVersion = 2;
 
 struct QualityGrade
 {
@@ -264,4 +268,23 @@ void Mesh::setProperties(const QVariantMap &map)
     }
 
     setAirgapQuality(airgapQualityValue(map.value(QStringLiteral("airgapMeshQuality")).toString()));
+}
+
+void Mesh::save(QDataStream &out) const
+{
+    out << streamVersion << m_numberSlices << m_airgapQuality << m_reserved << m_autoSizeBound << m_sizeBound
+        << m_horizontalSymmetry << m_boundCylinderRadius << m_boundCylinderAxialExtension;
+}
+
+bool Mesh::load(QDataStream &in)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version > streamVersion)
+        return false;
+    in >> m_numberSlices >> m_airgapQuality >> m_reserved >> m_autoSizeBound >> m_sizeBound
+        >> m_horizontalSymmetry;
+    if (version >= 2)
+        in >> m_boundCylinderRadius >> m_boundCylinderAxialExtension;
+    return true;
 }

@@ -5,6 +5,7 @@
 
 #include "document/CoreMotorElement.h"
 
+class QDataStream;
 class ScriptConsole;
 
 namespace CGAL {
@@ -71,6 +72,11 @@ public:
     QVariantMap properties() const;
     void setProperties(const QVariantMap &map);
 
+    // The mesh's block of a document file: the settings, not the meshes. load
+    // returns false, having changed nothing, for a version newer than this program.
+    void save(QDataStream &out) const;
+    bool load(QDataStream &in);
+
 signals:
     void autoSizeBoundChanged();
     void sizeBoundChanged();
@@ -100,6 +106,8 @@ private:
     double m_storedSizeBound = 10.0;
     int m_numberSlices = 3;
     double m_airgapQuality = 1.5;
+    // Carried from file to file unread.
+    bool m_reserved = true;
     bool m_horizontalSymmetry = true;
     double m_boundCylinderRadius = 10.0;
     double m_boundCylinderAxialExtension = 10.0;

@@ -1,7 +1,9 @@
 #include "winding/Winding.h"
 
+#include <QDataStream>
 #include <QDebug>
 #include <QMetaEnum>
+#include <QStringList>
 
 namespace Winding {
 
@@ -241,6 +243,45 @@ QString normalizeConnection(const QString &text, int countLayouts)
     }
 }
 
+QString toString(const CoilList &coils)
+{
+    QStringList texts;
+    for (const Coil &coil : coils)
+        texts << coil.toString();
+    return texts.join(QLatin1String(", "));
+}
+
+QString toString(const Layout &layout)
+{
+    QStringList texts;
+    for (int phase = A; phase < Count; ++phase)
+        texts << toString(Phase(phase)) + QLatin1String(": ") + toString(layout.value(phase));
+    return texts.join(QLatin1String("; "));
+}
+
+QDataStream &operator<<(QDataStream &out, const Coil &coil)
+{
+    return out << coil.slotFrom << coil.slotTo << coil.parallelPath << coil.layerFrom << coil.layerTo;
+}
+
+QDataStream &operator>>(QDataStream &in, Coil &coil)
+{
+    coil = Coil();
+    return in >> coil.slotFrom >> coil.slotTo >> coil.parallelPath >> coil.layerFrom >> coil.layerTo;
+}
+
+QDataStream &operator<<(QDataStream &out, const Layout &layout)
+{
+    return out << static_cast<const QVector<CoilList> &>(layout);
+}
+
+QDataStream &operator>>(QDataStream &in, Layout &layout)
+{
+    in >> static_cast<QVector<CoilList> &>(layout);
+    layout.resize(Count);
+    return in;
+}
+
 QColor phaseColor(Phase phase, bool light)
 {
     const int strong = 255;
@@ -269,3 +310,28 @@ QColor phaseTextColor(Phase phase)
 }
 
 } // namespace Winding
+
+void registerWindingTypes()
+{
+    static const bool registered = [] {
+        // Enumerations travel as their 32-bit value.
+        qRegisterMetaTypeStreamOperators<Winding::ModeLayout>("Winding::ModeLayout");
+        qRegisterMetaTypeStreamOperators<Winding::Type>("Winding::Type");
+        qRegisterMetaTypeStreamOperators<Winding::LayersOrientation>("Winding::LayersOrientation");
+        qRegisterMetaTypeStreamOperators<Winding::WireSizeMethod>("Winding::WireSizeMethod");
+        qRegisterMetaTypeStreamOperators<Winding::Circuit>("Winding::Circuit");
+        qRegisterMetaTypeStreamOperators<Winding::Connection>("Winding::Connection");
+
+        qRegisterMetaTypeStreamOperators<Winding::Coil>("Winding::Coil");
+        qRegisterMetaTypeStreamOperators<Winding::CoilList>("Winding::CoilList");
+        qRegisterMetaTypeStreamOperators<Winding::Layout>("Winding::Layout");
+        qRegisterMetaTypeStreamOperators<QVector<bool>>("QVector<bool>");
+
+        QMetaType::registerConverter<Winding::Coil, QString>(&Winding::Coil::toString);
+        QMetaType::registerConverter<Winding::CoilList, QString>(
+            [](const Winding::CoilList &coils) { return Winding::toString(coils); });
+        return QMetaType::registerConverter<Winding::Layout, QString>(
+            [](const Winding::Layout &layout) { return Winding::toString(layout); });
+    }();
+    Q_UNUSED(registered)
+}

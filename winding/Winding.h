@@ -8,6 +8,8 @@
 #include <QString>
 #include <QVector>
 
+class QDataStream;
+
 // The plain value types of the winding and the enumerations that the rest of the
 // program shares with it. Names are readable at run time through the meta-object.
 namespace Winding {
@@ -174,6 +176,19 @@ Connection fromString(const QString &text, Connection defaultValue);
 // The connection texts that make sense for the given number of layouts.
 QString normalizeConnection(const QString &text, int countLayouts);
 
+// Texts of coil lists and layouts, so that the undo list can show them.
+QString toString(const CoilList &coils);
+QString toString(const Layout &layout);
+
+// A coil is stored as five 32-bit ints: slotFrom, slotTo, parallelPath, layerFrom,
+// layerTo. Its orientation isn't stored: it is worked out again from the layout.
+QDataStream &operator<<(QDataStream &out, const Coil &coil);
+QDataStream &operator>>(QDataStream &in, Coil &coil);
+// A coil list takes Qt's list form: its count of coils, then the coils. A layout is
+// stored as its count of lists, then the lists; one read always has a list per phase.
+QDataStream &operator<<(QDataStream &out, const Layout &layout);
+QDataStream &operator>>(QDataStream &in, Layout &layout);
+
 QColor phaseColor(Phase phase, bool light);
 QColor phaseSlotColor(Phase phase, bool light);
 QColor phaseTextColor(Phase phase);
@@ -185,3 +200,7 @@ Q_DECLARE_METATYPE(Winding::Coil)
 Q_DECLARE_METATYPE(Winding::CoilList)
 Q_DECLARE_METATYPE(Winding::Layout)
 Q_DECLARE_METATYPE(Winding::CurrentCoil)
+
+// Makes the winding's value types and enumerations known to QVariant by name, with
+// their stream forms and texts, so that files and the undo history can carry them.
+void registerWindingTypes();

@@ -1,5 +1,6 @@
 #include "winding/WindingObject.h"
 
+#include <QDataStream>
 #include <QDebug>
 #include <QRegularExpression>
 #include <algorithm>
@@ -15,6 +16,9 @@
 namespace {
 
 const QString autoText = QStringLiteral("Auto");
+
+// Version of the winding's block in a document file.
+const qint32 streamVersion = 13;
 
 bool isWhole(double value)
 {
@@ -462,10 +466,7 @@ void WindingObject::applyAutoCalcOverhangEndturns(bool automatic)
     m_autoCalcOverhangEndturns = automatic;
     announce(&WindingObject::autoCalcOverhangEndturnsChanged);
     if (automatic) {
-        m_manualRadialOverhangOuterEndturn = m_radialOverhangOuterEndturn;
-        m_manualRadialOverhangInnerEndturn = m_radialOverhangInnerEndturn;
-        m_manualHeightOuterEndturn = m_heightOuterEndturn;
-        m_manualHeightInnerEndturn = m_heightInnerEndturn;
+        keepManualOverhangs();
     } else {
         setRadialOverhangOuterEndturn(m_manualRadialOverhangOuterEndturn);
         setRadialOverhangInnerEndturn(m_manualRadialOverhangInnerEndturn);
@@ -474,6 +475,14 @@ void WindingObject::applyAutoCalcOverhangEndturns(bool automatic)
     }
     updateOverhangLimits();
     dropEndturns();
+}
+
+void WindingObject::keepManualOverhangs()
+{
+    m_manualRadialOverhangOuterEndturn = m_radialOverhangOuterEndturn;
+    m_manualRadialOverhangInnerEndturn = m_radialOverhangInnerEndturn;
+    m_manualHeightOuterEndturn = m_heightOuterEndturn;
+    m_manualHeightInnerEndturn = m_heightInnerEndturn;
 }
 
 template <typename Signal>
@@ -786,4 +795,125 @@ void WindingObject::setProperties(const QVariantMap &map)
         setPhaseResistance(resistance);
 
     setConnection(Winding::normalizeConnection(text("statorconnection"), m_countLayouts));
+}
+
+// Enumerations travel as their 32-bit value. The block grew over the versions; each
+// reader below takes what its version holds and leaves the rest as it is.
+void WindingObject::save(QDataStream &out) const
+{
+    const bool endturnsGeneratedOrStale = m_generateShapes
+                                          || m_windingWarnings.testFlag(CoreMotorElement::EndWindingStale);
+    out << streamVersion << m_circuit << m_connection << m_parallelPaths << m_numberTurns << m_strandsConductor
+        << m_wireSizeMethod << m_wireSize << m_givenWireDiameter << m_givenCoilFillFactor << m_slotFillFactor
+        << m_baseLayout << m_coilLayouts << m_modeLayout << m_reverseLayersLayouts << m_coilSpan
+        << m_autoCalcCoilSpan << m_type << m_numberLayers << m_layersOrientation << m_autoCalcEndInductance
+        << m_endInductance << m_autoCalcPhaseResistance << m_phaseResistance << m_wireLength << m_endturnsScript
+        << m_autoCalcOverhangEndturns << m_radialOverhangOuterEndturn << m_radialOverhangInnerEndturn
+        << m_heightOuterEndturn << m_heightInnerEndturn << endturnsGeneratedOrStale;
+}
+
+bool WindingObject::load(QDataStream &in)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version > streamVersion)
+        return false;
+    in >> m_circuit;
+    loadConnection(in, version);
+    in >> m_parallelPaths >> m_numberTurns >> m_strandsConductor >> m_wireSizeMethod >> m_wireSize;
+    rememberWireSize();
+    in >> m_givenWireDiameter >> m_givenCoilFillFactor >> m_slotFillFactor;
+    loadLayouts(in, version);
+    in >> m_modeLayout;
+    if (version >= 6)
+        in >> m_reverseLayersLayouts;
+    in >> m_coilSpan >> m_autoCalcCoilSpan;
+    if (version >= 13)
+        in >> m_type;
+    in >> m_numberLayers >> m_layersOrientation;
+    if (version >= 4)
+        loadLumpedValues(in);
+    loadEndturnSettings(in, version);
+    if (version >= 12) {
+        // Generated shapes don't outlive the file: they are stale after any load.
+        bool endturnsGeneratedOrStale = false;
+        in >> endturnsGeneratedOrStale;
+    }
+    if (in.status() == QDataStream::Ok)
+        settleAfterLoad();
+    return true;
+}
+
+void WindingObject::loadConnection(QDataStream &in, int version)
+{
+    if (version != 4) {
+        in >> m_connection;
+        return;
+    }
+    Winding::Connection connection = Winding::UnknownConnection;
+    in >> connection;
+    m_connection = Winding::toString(connection);
+}
+
+void WindingObject::loadLayouts(QDataStream &in, int version)
+{
+    // Version 1 knew only the base layout, version 2 only the layouts of the faces.
+    if (version != 2)
+        in >> m_baseLayout;
+    if (version == 1)
+        return;
+    in >> m_coilLayouts;
+    if (version == 2 && !m_coilLayouts.isEmpty())
+        m_baseLayout = m_coilLayouts.first();
+}
+
+void WindingObject::loadLumpedValues(QDataStream &in)
+{
+    in >> m_autoCalcEndInductance >> m_endInductance >> m_autoCalcPhaseResistance >> m_phaseResistance;
+    m_manualEndInductance = m_endInductance;
+    m_manualPhaseResistance = m_phaseResistance;
+    setMethodCalcEndInductance(m_autoCalcEndInductance ? QString() : tr("Manual"));
+}
+
+void WindingObject::loadEndturnSettings(QDataStream &in, int version)
+{
+    if (version >= 11) {
+        in >> m_wireLength >> m_endturnsScript >> m_autoCalcOverhangEndturns >> m_radialOverhangOuterEndturn
+            >> m_radialOverhangInnerEndturn >> m_heightOuterEndturn >> m_heightInnerEndturn;
+        m_autoCalcOverhangEndturnsWish = m_autoCalcOverhangEndturns;
+        // Whether manual or automatic, the stored values are where a switch to
+        // manual starts from.
+        keepManualOverhangs();
+        return;
+    }
+    // Versions 7 to 10 added these one by one, with fields between them that
+    // nothing uses any more.
+    bool droppedFlag = false;
+    qint32 droppedNumber = 0;
+    if (version >= 7)
+        in >> m_wireLength >> droppedFlag;
+    if (version >= 8)
+        in >> m_radialOverhangOuterEndturn;
+    if (version >= 9)
+        in >> droppedFlag >> m_radialOverhangInnerEndturn;
+    if (version >= 10)
+        in >> droppedNumber >> droppedNumber;
+}
+
+void WindingObject::settleAfterLoad()
+{
+    m_generateShapes = false;
+    setWindingWarnings(m_windingWarnings | CoreMotorElement::EndWindingStale);
+
+    if (isSingleLayer() || isOrientationLeftRight()) {
+        // For the moment: the automatic layout works the span out.
+        m_autoCalcCoilSpan = true;
+        m_coilSpan = 1;
+    }
+    m_coilSpan = clippedCoilSpan(m_coilSpan);
+
+    updateCountLayouts();
+    if (m_countLayouts == 1)
+        m_connection.clear();
+    updateWindingErrors();
 }

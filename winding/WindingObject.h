@@ -7,6 +7,7 @@
 #include "document/CoreMotorElement.h"
 #include "winding/Winding.h"
 
+class QDataStream;
 class ScriptConsole;
 
 // The stator winding of a document: its kind, its coils in the slots of every
@@ -160,6 +161,11 @@ public:
     QVariantMap properties() const;
     void setProperties(const QVariantMap &map);
 
+    // The winding's block of a document file. load reads every version ever
+    // written; it returns false, having changed nothing, for a newer one.
+    void save(QDataStream &out) const;
+    bool load(QDataStream &in);
+
 signals:
     void circuitChanged();
     void connectionChanged();
@@ -221,11 +227,17 @@ private:
     void rememberWireSize();
     void setMethodCalcEndInductance(const QString &text);
     void applyAutoCalcOverhangEndturns(bool automatic);
+    void keepManualOverhangs();
     void followOverhangRule();
     void updateOverhangLimits();
     bool isToroidalLayoutValid() const;
     bool isUnbalanced() const;
     void setWindingWarnings(WindingErrors warnings);
+    void loadConnection(QDataStream &in, int version);
+    void loadLayouts(QDataStream &in, int version);
+    void loadLumpedValues(QDataStream &in);
+    void loadEndturnSettings(QDataStream &in, int version);
+    void settleAfterLoad();
 
     ScriptConsole *m_console;
 

@@ -11,45 +11,8 @@
 #include "app/Logging.h"
 #include "app/MessageBox.h"
 #include "app/ParentProcess.h"
+#include "support/ProgramRun.h"
 
-namespace {
-
-// A run of the program with its own data folder, so that its logs can be read back.
-struct ProgramRun
-{
-    QTemporaryDir home;
-    int exitCode = -1;
-
-    void start(const QStringList &arguments)
-    {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("XDG_DATA_HOME", home.path());
-        environment.remove("DISPLAY");
-        environment.remove("WAYLAND_DISPLAY");
-        environment.remove("QT_QPA_PLATFORM");
-        process.setProcessEnvironment(environment);
-        process.start(ZDS_EXECUTABLE, arguments);
-        ASSERT_TRUE(process.waitForFinished(60000));
-        exitCode = process.exitCode();
-    }
-
-    QString logsFolder() const { return home.path() + "/Quorlan/Zolvane Design Studio/logs"; }
-
-    QStringList logFiles() const { return QDir(logsFolder()).entryList({"Zolvane_DS_*.log"}, QDir::Files); }
-
-    QString logText() const
-    {
-        const QStringList files = logFiles();
-        if (files.size() != 1)
-            return {};
-        QFile file(logsFolder() + "/" + files.first());
-        file.open(QIODevice::ReadOnly);
-        return QString::fromUtf8(file.readAll());
-    }
-};
-
-} // namespace
 
 TEST(HeadlessStart, OperationNamesTheLogAndClosesIt)
 {

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QLocalServer>
+#include <QObject>
+#include <QString>
+
+class ScriptConsole;
+
+// Receives the messages of a solver step running in a child process and passes
+// them to a console of this process. Each message comes on a connection of its own.
+class RemoteConsoleServer : public QObject
+{
+    Q_OBJECT
+public:
+    RemoteConsoleServer(const QString &name, ScriptConsole *console, QObject *parent = nullptr);
+
+private:
+    void receiveMessage();
+
+    ScriptConsole *m_console;
+    QLocalServer m_server;
+};
+
+// The name under which this process listens for its children.
+QString remoteConsoleServerName();

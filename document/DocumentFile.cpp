@@ -1,0 +1,359 @@
+#include "document/Document.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QTimer>
+#include <matio.h>
+
+#include "analysis/DriveSettings.h"
+#include "analysis/MagnetostaticAnalysis.h"
+#include "app/MessageBox.h"
+#include "document/Airgap.h"
+#include "document/DocumentTypes.h"
+#include "document/RatedData.h"
+#include "document/UndoStack.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "meshing/Mesh.h"
+#include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/ScriptConsole.h"
+#include "winding/WindingObject.h"
+
+namespace {
+
+const quint32 magicProtectedFile = 0x7061767A;
+const quint32 magicDocumentFile = 0x61767A66;
+const qint32 fileVersion = 5;
+const int streamVersion = QDataStream::Qt_5_13;
+
+QString applicationName()
+{
+    return QCoreApplication::applicationName();
+}
+
+// The shell shows a busy cursor while a file is written, where there is a screen.
+class WaitCursor
+{
+public:
+    WaitCursor()
+    {
+        if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+            QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    ~WaitCursor()
+    {
+        if (qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+            QGuiApplication::restoreOverrideCursor();
+    }
+};
+
+// Silences the consoles of the elements while the history replays old states.
+class MutedConsoles
+{
+public:
+    explicit MutedConsoles(QList<ScriptConsole *> consoles)
+        : m_consoles(std::move(consoles))
+    {
+        for (ScriptConsole *console : qAsConst(m_consoles))
+            console->setMuted(true);
+    }
+    ~MutedConsoles()
+    {
+        for (ScriptConsole *console : qAsConst(m_consoles))
+            console->setMuted(false);
+    }
+
+private:
+    QList<ScriptConsole *> m_consoles;
+};
+
+// Data of version 4 and up are compressed; an empty array compresses to a header alone.
+bool readSimulationData(const QByteArray &stored, qint32 version, QByteArray &data)
+{
+    if (version < 4) {
+        data = stored;
+        return true;
+    }
+    data = qUncompress(stored);
+    const bool declaresData = stored.size() >= 4 && (stored.at(0) || stored.at(1) || stored.at(2) || stored.at(3));
+    return !declaresData || !data.isEmpty();
+}
+
+// A MAT file that says "no simulation data" to a parent program.
+bool writeDummyMatFile(const QString &path)
+{
+    const QString temporary = path + QStringLiteral(".part");
+    const QByteArray temporaryName = QFile::encodeName(QDir::toNativeSeparators(temporary));
+    mat_t *mat = Mat_CreateVer(temporaryName.constData(), nullptr, MAT_FT_MAT5);
+    if (!mat)
+        return false;
+    size_t dims[2] = {1, 1};
+    matvar_t *dummy = Mat_VarCreateStruct("Dummy", 2, dims, nullptr, 0);
+    const bool written = dummy && Mat_VarWrite(mat, dummy, MAT_COMPRESSION_NONE) == 0;
+    Mat_VarFree(dummy);
+    Mat_Close(mat);
+    if (!written) {
+        QFile::remove(temporary);
+        return false;
+    }
+    QFile::remove(path);
+    return QFile::rename(temporary, path);
+}
+
+} // namespace
+
+bool Document::errorVersionMessage()
+{
+    qCritical().noquote() << QStringLiteral("This file was created with a newer version of %1.").arg(applicationName());
+    MessageBox::critical(nullptr, applicationName(),
+                         tr("<b>%1<br>Please update %1 to open it.</b>").arg(applicationName()));
+    setModified(false);
+    return false;
+}
+
+bool Document::loadFailure(const QString &text)
+{
+    qCritical().noquote() << "Error:" << text;
+    if (m_showMessageBoxes)
+        MessageBox::critical(nullptr, applicationName(), text);
+    return false;
+}
+
+bool Document::streamFailure(const QString &path)
+{
+    return loadFailure(tr("The file %1 is damaged or incomplete.").arg(path));
+}
+
+bool Document::save(const QString &path, const QImage *picture)
+{
+    if (QFileInfo::exists(path) && !isModified() && !m_modeChangedSinceSave)
+        return true;
+    // Written beside the target and renamed over it only when complete.
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QDataStream out(&file);
+    out.setVersion(streamVersion);
+
+    const bool protectedForm = m_protectedFile || QFileInfo(path).suffix().toLower() == QLatin1String("zvap");
+    if (protectedForm) {
+        const QImage preview = m_protectedFile ? m_previewImage : (picture ? *picture : QImage());
+        out << magicProtectedFile << fileVersion << qCompress(m_dataMA, -1) << preview;
+    } else {
+        writeDocumentForm(out);
+    }
+    if (out.status() != QDataStream::Ok || !file.commit())
+        return false;
+    setModified(false);
+    m_modeChangedSinceSave = false;
+    return true;
+}
+
+void Document::writeDocumentForm(QDataStream &out) const
+{
+    out << magicDocumentFile << fileVersion << qint32(m_machineType) << qint32(m_boundaryConditionMode)
+        << qint32(m_boundaryCondition) << qint32(m_mode) << qCompress(m_dataMA, -1);
+    m_stator->save(out);
+    m_rotor->save(out);
+    m_winding->save(out);
+    m_mesh->save(out);
+    m_ratedData->save(out);
+    m_driveSettings->save(out);
+    m_analysis->save(out);
+    m_undoStack->save(out);
+    out << m_config->properties();
+    out << qint32(m_airgaps.size());
+    for (const Airgap *gap : m_airgaps)
+        gap->save(out);
+}
+
+bool Document::load(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return loadFailure(tr("Can't open file %1 for reading.").arg(path));
+    QDataStream in(&file);
+    in.setVersion(streamVersion);
+    quint32 magic = 0;
+    in >> magic;
+    if (magic == magicProtectedFile) {
+        if (!readProtectedForm(in, path))
+            return false;
+    } else if (magic == magicDocumentFile) {
+        if (!readDocumentForm(in, path))
+            return false;
+    } else {
+        return loadFailure(tr("The file %1 is not a file of %2").arg(path, applicationName()));
+    }
+    file.close();
+
+    setBoundaryCondition(m_boundaryConditionMode == Manual ? m_boundaryCondition
+                                                           : computePeriodicity().second);
+    qInfo() << "Document loaded **********************************************";
+    setGeometryModified(false);
+    markAsMade();
+    return true;
+}
+
+bool Document::readProtectedForm(QDataStream &in, const QString &path)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version >= 6)
+        return errorVersionMessage();
+    QByteArray data;
+    QImage preview;
+    in >> data >> preview;
+    if (in.status() != QDataStream::Ok)
+        return streamFailure(path);
+    if (!readSimulationData(data, version, m_dataMA))
+        return streamFailure(path);
+    m_previewImage = preview;
+    m_protectedFile = true;
+    return true;
+}
+
+bool Document::readDocumentForm(QDataStream &in, const QString &path)
+{
+    qint32 version = 0;
+    in >> version;
+    if (version > fileVersion)
+        return errorVersionMessage();
+
+    qint32 machineType = 0;
+    qint32 boundaryConditionMode = 0;
+    qint32 boundaryCondition = 0;
+    qint32 mode = 0;
+    QByteArray data;
+    in >> machineType >> boundaryConditionMode >> boundaryCondition >> mode >> data;
+    if (in.status() != QDataStream::Ok)
+        return streamFailure(path);
+    setMachineType(Machine::Type(machineType));
+    m_boundaryConditionMode = BoundaryConditionMode(boundaryConditionMode);
+    m_boundaryCondition = BoundaryCondition(boundaryCondition);
+    m_mode = (mode == GeometryStator || mode == GeometryRotor) ? GeometryMotor : Mode(mode);
+    if (!readSimulationData(data, version, m_dataMA))
+        return streamFailure(path);
+
+    const bool blocksReadable = m_stator->load(in) && m_rotor->load(in) && m_winding->load(in) && m_mesh->load(in)
+                             && (version < 4 || m_ratedData->load(in))
+                             && (version < 5 || (m_driveSettings->load(in) && m_analysis->load(in)));
+    if (!blocksReadable)
+        return errorVersionMessage();
+    if (in.status() != QDataStream::Ok)
+        return streamFailure(path);
+
+    const BoundaryCondition boundaryConditionRead = m_boundaryCondition;
+    const double sizeBound = m_mesh->sizeBound();
+    const double overhangOuter = m_winding->radialOverhangOuterEndturn();
+    const double overhangInner = m_winding->radialOverhangInnerEndturn();
+    const double endInductance = m_winding->endInductance();
+    const double phaseResistance = m_winding->phaseResistance();
+    const bool autoOverhangs = m_winding->autoCalcOverhangEndturns();
+    // Replaying the history passes through design changes, which drop results.
+    const QVariantMap results = m_analysis->dataSimulation();
+
+    {
+        const MutedConsoles muted({m_console, m_stator->console(), m_rotor->console(), m_winding->console(),
+                                   m_mesh->console()});
+        const QSignalBlocker blocker(m_undoStack);
+        m_undoStack->restore(in, this);
+    }
+    if (in.status() != QDataStream::Ok)
+        return streamFailure(path);
+
+    if (version >= 2) {
+        QVariantMap config;
+        in >> config;
+        if (in.status() == QDataStream::Ok && !config.isEmpty()) {
+            const QSignalBlocker blocker(m_config);
+            m_config->setProperties(config);
+        }
+    }
+    if (version >= 3 && in.status() == QDataStream::Ok) {
+        qint32 count = 0;
+        in >> count;
+        for (int i = 0; i < m_airgaps.size() && i < count; ++i) {
+            if (!m_airgaps.at(i)->load(in))
+                return errorVersionMessage();
+        }
+        if (in.status() != QDataStream::Ok)
+            return streamFailure(path);
+    }
+
+    if (m_mesh->autoSizeBound())
+        m_mesh->adjustSizeBound();
+    else
+        m_mesh->setSizeBound(sizeBound);
+    m_winding->setAutoCalcOverhangEndturns(false);
+    m_winding->setRadialOverhangOuterEndturn(overhangOuter);
+    m_winding->setRadialOverhangInnerEndturn(overhangInner);
+    m_winding->setAutoCalcOverhangEndturns(autoOverhangs);
+    const bool autoInductance = m_winding->autoCalcEndInductance();
+    m_winding->setAutoCalcEndInductance(false);
+    m_winding->setEndInductance(endInductance);
+    m_winding->setAutoCalcEndInductance(autoInductance);
+    const bool autoResistance = m_winding->autoCalcPhaseResistance();
+    m_winding->setAutoCalcPhaseResistance(false);
+    m_winding->setPhaseResistance(phaseResistance);
+    m_winding->setAutoCalcPhaseResistance(autoResistance);
+
+    m_analysis->setDataSimulation(results);
+    if (m_boundaryConditionMode == Manual)
+        m_boundaryCondition = boundaryConditionRead;
+    else
+        setBoundaryCondition(computePeriodicity().second);
+    return true;
+}
+
+bool Document::loadDataSimulationFromFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        qCritical() << "Error: Can't open file" << path << "for read";
+        return false;
+    }
+    const QByteArray data = file.readAll();
+    if (data != m_dataMA) {
+        m_dataMA = data;
+        emit dataSimulationChanged();
+        setModified(true);
+    }
+    return true;
+}
+
+bool Document::saveDataSimulationToFile(const QString &path) const
+{
+    if (m_dataMA.isEmpty())
+        return writeDummyMatFile(path);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qCritical() << "Error: Can't open file" << path << "for write";
+        return false;
+    }
+    if (file.write(m_dataMA) != m_dataMA.size()) {
+        qCritical() << "Error: Written bytes != m_dataMA.count()";
+        file.cancelWriting();
+        return false;
+    }
+    return file.commit();
+}
+
+bool Document::exportToJson(const QString &path)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    const WaitCursor waitCursor;
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    const QJsonObject json{{QStringLiteral("fileType"), QStringLiteral("Zolvane")}};
+    file.write(QJsonDocument(json).toJson(QJsonDocument::Indented));
+    return file.commit();
+}

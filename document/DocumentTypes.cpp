@@ -1,0 +1,41 @@
+#include "document/DocumentTypes.h"
+
+#include <QMetaType>
+#include <mutex>
+
+#include "analysis/MagnetostaticAnalysis.h"
+#include "document/CoreMotorElement.h"
+#include "document/Document.h"
+#include "geometry/MotorElement.h"
+#include "materials/Magnetization.h"
+#include "winding/Winding.h"
+
+namespace {
+
+template <typename T>
+void registerAsInt(const char *name)
+{
+    qRegisterMetaType<T>(name);
+    qRegisterMetaTypeStreamOperators<T>(name);
+}
+
+} // namespace
+
+void registerDocumentTypes()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        registerAsInt<Document::BoundaryConditionMode>("Document::BoundaryConditionMode");
+        registerAsInt<Document::BoundaryCondition>("Document::BoundaryCondition");
+        registerAsInt<GeometryErrors>("GeometryErrors");
+        registerAsInt<MaterialErrors>("MaterialErrors");
+        registerAsInt<WindingErrors>("WindingErrors");
+        registerAsInt<MeshErrors>("MeshErrors");
+        qRegisterMetaType<Machine::Type>("Machine::Type");
+        qRegisterMetaType<Machine::Type>("Document::MachineType");
+        qRegisterMetaType<MotorElement::MiddleType>("MotorElement::MiddleType");
+        Magnetization::registerMetaType();
+        registerWindingTypes();
+        registerAnalysisTypes();
+    });
+}
