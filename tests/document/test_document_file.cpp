@@ -262,3 +262,112 @@ TEST_F(DocumentFileTest, JsonExportNamesTheFileType)
     ASSERT_TRUE(doc.exportToJson(path("deep/folder/out.json")));
     EXPECT_TRUE(readAll(path("deep/folder/out.json")).contains("\"fileType\": \"Zolvane\""));
 }
+
+namespace {
+
+// The blocks of a fresh design, as an older writer put them after the header.
+void writeDesignBlocks(QDataStream &out, Document &design)
+{
+    design.stator()->save(out);
+    design.rotor()->save(out);
+    design.winding()->save(out);
+    design.mesh()->save(out);
+}
+
+} // namespace
+
+TEST_F(DocumentFileTest, Version1HasNoConfigurationAndNoGaps)
+{
+    Document design;
+    design.stator()->setNumberSlots(18);
+    writeAll(path("v1.zva"), handMade([&](QDataStream &out) {
+        out << documentMagic << qint32(1) << qint32(Machine::SRS) << qint32(Document::Automatic)
+            << qint32(Document::None) << qint32(Document::GeometryRotor) << QByteArray("raw");
+        writeDesignBlocks(out, design);
+        out << QByteArray(R"({"cmds":[],"index":0,"version":1})");
+    }));
+    Document doc;
+    doc.start();
+    ASSERT_TRUE(doc.load(path("v1.zva")));
+    EXPECT_EQ(doc.machineType(), Machine::SRS);
+    EXPECT_EQ(doc.stator()->numberSlots(), 18);
+    EXPECT_EQ(doc.mode(), Document::GeometryMotor) << "a stored rotor page opens on the motor";
+    EXPECT_EQ(doc.dataSimulation(), QByteArray("raw"));
+    EXPECT_DOUBLE_EQ(doc.airgap(2)->thickness(), 3.0);
+}
+
+TEST_F(DocumentFileTest, Version3HasPlainDataAndNoRatedData)
+{
+    Document design;
+    writeAll(path("v3.zva"), handMade([&](QDataStream &out) {
+        out << documentMagic << qint32(3) << qint32(Machine::SR) << qint32(Document::Automatic)
+            << qint32(Document::None) << qint32(Document::Winding) << QByteArray("plain");
+        writeDesignBlocks(out, design);
+        out << QByteArray(R"({"cmds":[],"index":0,"version":1})") << QVariantMap() << qint32(4);
+        for (int i = 0; i < 4; ++i)
+            out << qint32(1) << 1.0000049 << qint32(5);
+    }));
+    Document doc;
+    doc.start();
+    ASSERT_TRUE(doc.load(path("v3.zva")));
+    EXPECT_EQ(doc.dataSimulation(), QByteArray("plain"));
+    EXPECT_EQ(doc.mode(), Document::Winding);
+    EXPECT_DOUBLE_EQ(doc.airgap(1)->thickness(), 1.0) << "lengths keep 5 decimals";
+    EXPECT_EQ(doc.airgap(4)->numberLayers(), 5);
+    EXPECT_DOUBLE_EQ(doc.ratedData()->speed(), 0.0);
+}
+
+TEST_F(DocumentFileTest, Version4CompressesAndAddsRatedData)
+{
+    Document design;
+    design.ratedData()->setSpeed(1500.0);
+    writeAll(path("v4.zva"), handMade([&](QDataStream &out) {
+        out << documentMagic << qint32(4) << qint32(Machine::SR) << qint32(Document::Automatic)
+            << qint32(Document::None) << qint32(Document::GeometryMotor) << qCompress(QByteArray("packed"), -1);
+        writeDesignBlocks(out, design);
+        design.ratedData()->save(out);
+        out << QByteArray(R"({"cmds":[],"index":0,"version":1})") << QVariantMap() << qint32(0);
+    }));
+    Document doc;
+    doc.start();
+    ASSERT_TRUE(doc.load(path("v4.zva")));
+    EXPECT_EQ(doc.dataSimulation(), QByteArray("packed"));
+    EXPECT_DOUBLE_EQ(doc.ratedData()->speed(), 1500.0);
+}
+
+TEST_F(DocumentFileTest, ItemBlocksOfTheFirstFormAndRoundedDiameters)
+{
+    QByteArray stator = handMade([](QDataStream &out) {
+        out << qint32(2) << qint32(9) << 100.0000049 << 300.0 << qint32(MotorElement::Yoke) << qint32(3);
+        for (int i = 0; i < 3; ++i)
+            out << qint32(1) << 5.0 << 7.0 << 9.0;
+        out << QString() << QVariantMap() << 0.95 << QString("M270-35A") << 80.0 << QString("Copper");
+    });
+    Document doc;
+    QDataStream in(stator);
+    in.setVersion(QDataStream::Qt_5_13);
+    ASSERT_TRUE(doc.stator()->load(in));
+    EXPECT_EQ(in.status(), QDataStream::Ok);
+    EXPECT_DOUBLE_EQ(doc.stator()->innerDiameter(), 100.0);
+    EXPECT_DOUBLE_EQ(doc.stator()->items().at(2)->height(), 5.0);
+    EXPECT_DOUBLE_EQ(doc.stator()->items().at(2)->angularDisplacement(), 7.0);
+    EXPECT_EQ(doc.stator()->windingMaterial(), "Copper");
+
+    QByteArray newer = handMade([](QDataStream &out) { out << qint32(3); });
+    QDataStream newerIn(newer);
+    EXPECT_FALSE(doc.rotor()->load(newerIn));
+}
+
+TEST_F(DocumentFileTest, NewerElementBlockRefusesTheFile)
+{
+    Document design;
+    writeAll(path("block.zva"), handMade([&](QDataStream &out) {
+        out << documentMagic << qint32(5) << qint32(Machine::SR) << qint32(Document::Automatic)
+            << qint32(Document::None) << qint32(Document::GeometryMotor) << qCompress(QByteArray(), -1);
+        design.stator()->save(out);
+        out << qint32(99);
+    }));
+    Document doc;
+    doc.start();
+    EXPECT_FALSE(doc.load(path("block.zva")));
+}
