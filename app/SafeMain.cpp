@@ -12,6 +12,7 @@
 #include "app/Logging.h"
 #include "app/MessageBox.h"
 #include "app/QDebugStream.h"
+#include "geometry/servoce/step.h"
 
 // nglib declares its interface bare; the library defines it in this namespace.
 namespace nglib {
@@ -44,6 +45,7 @@ int safeMain(int argc, char *argv[])
 {
     auto application = std::make_unique<Application>(argc, argv);
     BOPAlgo_Options::SetParallelMode(true);
+    servoce::initialize();
     QDir::setCurrent(QCoreApplication::applicationDirPath());
     QDir().mkpath(logsPath());
     removeOldLogs();

@@ -23,6 +23,8 @@
 #include "geometry/StatorItem.h"
 #include "meshing/Mesh.h"
 #include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/FileWatcher.h"
+#include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptConsole.h"
 #include "QmlScripting/ScriptObject.h"
 #include "winding/WindingObject.h"
@@ -34,6 +36,7 @@ Document::Document(QObject *parent)
     setObjectName(QStringLiteral("motor"));
     m_console = new ScriptConsole(ScriptConsole::Motor, this);
     m_config = new ConfigObject(this);
+    m_fileWatcher = new FileWatcher(this);
     m_undoStack = new UndoStack(this);
 
     m_rotor = new Rotor(this);
@@ -55,7 +58,13 @@ Document::Document(QObject *parent)
     connect(m_rotor, &Rotor::materialsChanged, this, &Document::materialsChanged);
     connect(this, &Document::materialsChanged, this, &Document::setModifiedTrue);
 
+    connect(m_config, &ScriptObject::variableChanged, this, &Document::configVariableChanged);
+    connect(m_fileWatcher, &FileWatcher::fileChanged, this, &Document::reloadConfigScript);
+    setConfigScriptFile(configScriptPath());
+
     QTimer::singleShot(0, this, &Document::start);
+    connectConfigWriteBack();
+    buildConfigHandlers();
 
     m_ratedData = new RatedData(this);
     m_driveSettings = new DriveSettings(this);
@@ -65,13 +74,25 @@ Document::Document(QObject *parent)
     connect(m_analysis, &MagnetostaticAnalysis::changed, this, &Document::setModifiedTrue);
 }
 
-Document::~Document() = default;
+Document::~Document()
+{
+    // Script values must not outlive their engine.
+    m_config->setScriptObject(QJSValue(QJSValue::UndefinedValue), nullptr);
+    delete m_engine;
+}
 
 void Document::start()
 {
     if (m_started)
         return;
     m_started = true;
+    loadConfigScript();
+    if (!m_configIsLoaded)
+        return;
+    applyConfigToElements();
+    // The script's values make a new design, not a change of it.
+    setGeometryModified(false);
+    setModified(false);
 }
 
 // ---------------------------------------------------------------- states
@@ -214,11 +235,12 @@ void Document::setMachineType(Machine::Type type)
     updateActiveAirgaps();
     m_stator->setCountItems(Stator::countItemsFor(type));
     m_rotor->setCountItems(Rotor::countItemsFor(type));
-    m_stator->clearCashPieces();
-    m_rotor->clearCashPieces();
-    resetPieces();
+    m_updatingConfig = true;
+    updateConfig();
+    m_updatingConfig = false;
+    applyConfigToElements();
     emit machineTypeChanged(type);
-    setModified(true);
+    setGeometryModified(true);
 }
 
 Airgap *Document::airgapOfRotorItem(int id, int side) const

@@ -22,6 +22,8 @@ class DriveSettings;
 class FileWatcher;
 class JSEngine;
 class MagnetostaticAnalysis;
+class MotorItem;
+class QQmlError;
 class Mesh;
 class RatedData;
 class Rotor;
@@ -142,6 +144,15 @@ public:
     const SimDomain &simDomain() const;
     double simRadialOuterDomain() const;
 
+    // Configuration script: the program's own unless this design is given another.
+    QString configScriptFile() const { return m_configScriptFile; }
+    void setConfigScriptFile(const QString &path);
+    void loadConfigScript();
+    bool isConfigLoaded() const { return m_configIsLoaded; }
+    void updateConfig();
+    void configVariableChanged(const QString &name, const QVariant &value);
+    Q_INVOKABLE void setConfigVariable(QString propName, QVariant propValue);
+
     // Undoable changes
     void setPropertyUndoable(QObject *target, const QString &name, const QVariant &value);
     void execCommand(UndoCommand *command);
@@ -219,6 +230,16 @@ private:
     void updateActiveAirgaps();
     BoundaryCondition wantedBoundaryCondition() const;
 
+    void buildConfigHandlers();
+    void connectConfigWriteBack();
+    void connectItemWriteBack(MotorItem *item, const QString &element, int id);
+    void writeBackToConfig(const QString &name, const QVariant &value);
+    void reloadConfigScript();
+    void applyConfigToElements();
+    void pushConfigToScript();
+    void configFailure(const QString &text);
+    void engineException(const QList<QQmlError> &errors);
+
     bool loadFailure(const QString &text);
     bool streamFailure(const QString &path);
     bool readProtectedForm(QDataStream &in, const QString &path);
@@ -238,6 +259,10 @@ private:
     bool m_started = false;
     ConfigObject *m_config = nullptr;
     FileWatcher *m_fileWatcher = nullptr;
+    QString m_configScriptFile;
+    bool m_configIsLoaded = false;
+    bool m_updatingConfig = false;
+    QHash<QString, std::function<bool(const QVariant &)>> m_handlers;
     QAtomicInteger<bool> m_modified = false;
     bool m_preparing = true;
     bool m_ready = false;

@@ -193,6 +193,7 @@ bool Document::load(const QString &path)
         return loadFailure(tr("The file %1 is not a file of %2").arg(path, applicationName()));
     }
     file.close();
+    pushConfigToScript();
 
     setBoundaryCondition(m_boundaryConditionMode == Manual ? m_boundaryCondition
                                                            : computePeriodicity().second);
@@ -272,6 +273,9 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
     if (version >= 2) {
         QVariantMap config;
         in >> config;
+        // A map that can't be read is dropped, but a file that ends early is refused.
+        if (in.status() == QDataStream::ReadPastEnd)
+            return streamFailure(path);
         if (in.status() == QDataStream::Ok && !config.isEmpty()) {
             const QSignalBlocker blocker(m_config);
             m_config->setProperties(config);

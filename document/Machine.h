@@ -1,19 +1,4 @@
 #pragma once
 
-#include <QObject>
-
-namespace Machine {
-Q_NAMESPACE
-
-// Bodies along the axis from the bottom: stator and rotor bodies alternate.
-enum Type {
-    UnknownType = 0,
-    SR = 1,
-    SRS = 2,
-    SRSRS = 3,
-    RSR = 4,
-    RSRSR = 5,
-};
-Q_ENUM_NS(Type)
-
-} // namespace Machine
+// The machine types belong to the script catalogue, which names them in its keys.
+#include "QmlScripting/Machine.h"

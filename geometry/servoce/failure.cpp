@@ -10,6 +10,7 @@ namespace servoce {
 namespace {
 
 thread_local std::string lastFailure;
+thread_local int operationDepth = 0;
 
 } // namespace
 
@@ -32,9 +33,15 @@ void report(const char *operation, const std::string &message)
     qWarning().noquote() << QStringLiteral("servoce::%1: %2").arg(QLatin1String(operation), QString::fromStdString(message));
 }
 
-void clear_failure()
+operation_scope::operation_scope()
 {
-    lastFailure.clear();
+    if (operationDepth++ == 0)
+        lastFailure.clear();
+}
+
+operation_scope::~operation_scope()
+{
+    --operationDepth;
 }
 
 std::string message_of(const Standard_Failure &failure)

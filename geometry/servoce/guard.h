@@ -15,7 +15,16 @@ void report(const std::string &message);
 // Logs "operation: message" and keeps the message alone as the last failure.
 void report(const char *operation, const std::string &message);
 
-void clear_failure();
+// Marks a call of the public interface. The outermost one on a thread clears
+// the last failure, so that a failure inside a composed operation survives it.
+class operation_scope
+{
+public:
+    operation_scope();
+    ~operation_scope();
+    operation_scope(const operation_scope &) = delete;
+    operation_scope &operator=(const operation_scope &) = delete;
+};
 
 std::string message_of(const Standard_Failure &failure);
 
@@ -24,7 +33,7 @@ std::string message_of(const Standard_Failure &failure);
 template <class Result, class Operation>
 Result guarded(const char *name, Result fallback, Operation &&operation)
 {
-    clear_failure();
+    const operation_scope scope;
     try {
         return operation();
     } catch (const Standard_Failure &failure) {

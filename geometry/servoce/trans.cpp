@@ -143,6 +143,8 @@ transformation rotateZ(double angle)
 transformation rotate(double x, double y, double z)
 {
     const double angle = std::sqrt(x * x + y * y + z * z);
+    if (angle == 0.0)
+        return transformation();
     return make("rotate", [&](gp_Trsf &trsf) {
         trsf.SetRotation(gp_Ax1(gp::Origin(), gp_Dir(x / angle, z / angle, y / angle)), angle);
     });

@@ -54,7 +54,8 @@ transformation rotateX(double angle);
 transformation rotateY(double angle);
 transformation rotateZ(double angle);
 // A rotation vector: the angle is the length of (x, y, z); the axis is
-// (x, z, y) over that length, y and z in swapped places.
+// (x, z, y) over that length, y and z in swapped places. The zero vector is
+// no rotation.
 transformation rotate(double x, double y, double z);
 
 transformation mirrorO();

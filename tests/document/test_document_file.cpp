@@ -171,7 +171,7 @@ TEST_F(DocumentFileTest, ProtectedFileHoldsOnlyDataAndPicture)
     shown.start();
     ASSERT_TRUE(shown.load(path("p.zvap")));
     EXPECT_TRUE(shown.isProtectedFile());
-    EXPECT_EQ(shown.stator()->numberSlots(), Document().stator()->numberSlots());
+    EXPECT_NE(shown.stator()->numberSlots(), 24) << "the design isn't in a protected file";
     EXPECT_EQ(shown.previewImage().size(), QSize(8, 4));
     EXPECT_EQ(shown.dataSimulation(), doc.dataSimulation());
 

@@ -1,0 +1,98 @@
+#include "QmlScripting/JSEngine.h"
+
+#include "QmlScripting/Machine.h"
+#include "QmlScripting/ScriptModules.h"
+#include "document/Document.h"
+#include "geometry/PoleArrangement.h"
+#include "geometry/Rotor.h"
+#include "geometry/RotorItem.h"
+#include "geometry/Stator.h"
+#include "geometry/StatorItem.h"
+#include "winding/Winding.h"
+#include "winding/WindingObject.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QMetaEnum>
+
+JSEngine::JSEngine(QObject *parent)
+    : QQmlEngine(parent)
+    , m_modules(new ScriptModules(this))
+{
+    installExtensions(QJSEngine::AllExtensions);
+    installModules();
+    installEnumerations();
+}
+
+JSEngine::JSEngine(QObject *motor, QObject *parent)
+    : JSEngine(parent)
+{
+    installObject(QStringLiteral("motor"), motor);
+}
+
+QString JSEngine::errorString(const QJSValue &error)
+{
+    if (!error.isError())
+        return tr("This is not error");
+    const QJSValue file = error.property(QStringLiteral("fileName"));
+    QString fileName = file.isUndefined() ? QString() : file.toString();
+    fileName.remove(QCoreApplication::applicationDirPath() + QStringLiteral("/assets"), Qt::CaseInsensitive);
+    // Script file names reach the engine as URLs: "file:////C:/..." on Windows, "file:///..." here.
+    fileName.remove(QStringLiteral("file:////"));
+    fileName.remove(QStringLiteral("file://"));
+    const int line = error.property(QStringLiteral("lineNumber")).toInt();
+    return tr("Error in file '%1', at line %2: %3").arg(fileName, QString::number(line), error.toString());
+}
+
+void JSEngine::consoleCall(const QString &method, const QString &text)
+{
+    const QJSValue console = globalObject().property(QStringLiteral("console"));
+    console.property(method).callWithInstance(console, {text});
+}
+
+void JSEngine::installObject(const QString &name, QObject *object)
+{
+    QQmlEngine::setObjectOwnership(object, QQmlEngine::CppOwnership);
+    globalObject().setProperty(name, newQObject(object));
+}
+
+void JSEngine::installModules()
+{
+    QQmlEngine::setObjectOwnership(m_modules, QQmlEngine::CppOwnership);
+    const QJSValue modules = newQObject(m_modules);
+    // The methods stay bound to their object when called as plain functions.
+    globalObject().setProperty(QStringLiteral("include"), modules.property(QStringLiteral("include")));
+    globalObject().setProperty(QStringLiteral("require"), modules.property(QStringLiteral("require")));
+}
+
+void JSEngine::installEnumerations()
+{
+    // Scripts write the program's enumerators by their class: Coil.CW, StatorItem.ID1.
+    QJSValue global = globalObject();
+    QJSValue motor = newQMetaObject(&Document::staticMetaObject);
+    const QMetaEnum types = QMetaEnum::fromType<Machine::Type>();
+    for (int i = 0; i < types.keyCount(); ++i) {
+        if (types.value(i) != Machine::UnknownType)
+            motor.setProperty(QString::fromLatin1(types.key(i)), types.value(i));
+    }
+    global.setProperty(QStringLiteral("Motor"), motor);
+    global.setProperty(QStringLiteral("Rotor"), newQMetaObject(&Rotor::staticMetaObject));
+    global.setProperty(QStringLiteral("RotorItem"), newQMetaObject(&RotorItem::staticMetaObject));
+    global.setProperty(QStringLiteral("Stator"), newQMetaObject(&Stator::staticMetaObject));
+    global.setProperty(QStringLiteral("StatorItem"), newQMetaObject(&StatorItem::staticMetaObject));
+    global.setProperty(QStringLiteral("Coil"), newQMetaObject(&Winding::Coil::staticMetaObject));
+    QJSValue winding = newQMetaObject(&Winding::staticMetaObject);
+    winding.setProperty(QStringLiteral("SingleLayer"), 1);
+    winding.setProperty(QStringLiteral("DoubleLayer"), 2);
+    global.setProperty(QStringLiteral("Winding"), winding);
+    global.setProperty(QStringLiteral("WindingObject"), newQMetaObject(&WindingObject::staticMetaObject));
+    global.setProperty(QStringLiteral("PoleArrangement"), newQMetaObject(&PoleArrangement::staticMetaObject));
+}
+
+void JSEngine::reportException(const QString &method, const QString &what)
+{
+    const QString message = tr("Exception in %1: %2").arg(method, what);
+    qCritical() << "Error:" << message;
+    consoleCall(QStringLiteral("error"), message);
+    throwError(message);
+}

@@ -1,0 +1,107 @@
+#include "geometry/servoce/unify.h"
+
+#include <BRep_Builder.hxx>
+#include <QCoreApplication>
+#include <QDebug>
+#include <ShapeUpgrade_UnifySameDomain.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS_Compound.hxx>
+#include <TopoDS_Iterator.hxx>
+#include <filesystem>
+#include <mutex>
+
+#include "geometry/servoce/guard.h"
+#include "geometry/servoce/kernel.h"
+
+namespace servoce {
+
+using detail::guarded;
+
+namespace {
+
+// The temporary file of the round trip is one per process.
+std::mutex unifyMutex;
+
+// The round trip leaves no file behind, whatever happens in it.
+class TemporaryFile
+{
+public:
+    TemporaryFile()
+        : m_path(std::filesystem::temp_directory_path()
+                 / (std::to_string(QCoreApplication::applicationPid()) + "_tmp.step"))
+    {
+    }
+    ~TemporaryFile()
+    {
+        std::error_code ignored;
+        std::filesystem::remove(m_path, ignored);
+    }
+    TemporaryFile(const TemporaryFile &) = delete;
+    TemporaryFile &operator=(const TemporaryFile &) = delete;
+
+    std::string path() const { return m_path.string(); }
+
+private:
+    std::filesystem::path m_path;
+};
+
+// Rebuilds the geometry from its STEP form. Where the file cannot be written
+// the shape goes on as it is: merging faces matters more than the round trip.
+TopoDS_Shape throughStep(const TopoDS_Shape &shape)
+{
+    const TemporaryFile file;
+    try {
+        detail::write_step_file(shape, file.path());
+    } catch (const Standard_Failure &failure) {
+        qWarning().noquote() << "unify without the STEP round trip:" << detail::message_of(failure).c_str();
+        return shape;
+    }
+    return detail::read_step_file(file.path());
+}
+
+TopoDS_Shape unifySolid(const TopoDS_Shape &shape)
+{
+    const std::lock_guard<std::mutex> lock(unifyMutex);
+    ShapeUpgrade_UnifySameDomain unifier(throughStep(detail::unwrap(shape)), true, true, false);
+    unifier.Build();
+    return unifier.Shape();
+}
+
+TopoDS_Shape unifyShape(const TopoDS_Shape &shape);
+
+TopoDS_Shape unifyCompound(const TopoDS_Shape &compound)
+{
+    try {
+        TopoDS_Compound unified;
+        BRep_Builder builder;
+        builder.MakeCompound(unified);
+        for (TopoDS_Iterator child(compound); child.More(); child.Next())
+            builder.Add(unified, unifyShape(child.Value()));
+        return unifySolid(unified);
+    } catch (...) {
+        detail::report("Exception in _unify_compound");
+        throw;
+    }
+}
+
+TopoDS_Shape unifyShape(const TopoDS_Shape &shape)
+{
+    if (shape.IsNull())
+        throw Standard_Failure("Cannot remove splitter from empty shape");
+    // Nothing to merge; STEP would give nothing back to read.
+    if (!TopExp_Explorer(shape, TopAbs_VERTEX).More())
+        return shape;
+    const TopoDS_Shape unwrapped = detail::unwrap(shape);
+    if (unwrapped.ShapeType() != TopAbs_COMPOUND)
+        return unifySolid(unwrapped);
+    return unifyCompound(unwrapped);
+}
+
+} // namespace
+
+shape unify(const shape &model)
+{
+    return guarded("unify", shape(), [&] { return shape(unifyShape(model.Shape())); });
+}
+
+} // namespace servoce
