@@ -1,5 +1,7 @@
 #include "QmlScripting/ScriptObject.h"
 
+#include <QJSValueIterator>
+
 #include <QDebug>
 #include <QDynamicPropertyChangeEvent>
 #include <QJSEngine>
@@ -60,7 +62,15 @@ QVariantMap ScriptObject::scriptProperties() const
 {
     if (!m_scriptObject.isObject())
         return {};
-    return m_scriptObject.toVariant().toMap();
+    // Functions such as update are the script's behaviour, not its variables.
+    QVariantMap values;
+    QJSValueIterator it(m_scriptObject);
+    while (it.hasNext()) {
+        it.next();
+        if (!it.value().isCallable())
+            values.insert(it.name(), it.value().toVariant());
+    }
+    return values;
 }
 
 QVariant ScriptObject::scriptProperty(const QString &name) const

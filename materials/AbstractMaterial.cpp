@@ -1,5 +1,9 @@
 #include "materials/AbstractMaterial.h"
 
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPixmapCache>
+
 AbstractMaterial::AbstractMaterial(Kind kind)
     : m_kind(kind)
 {
@@ -18,6 +22,19 @@ QColor AbstractMaterial::color() const
 QBrush AbstractMaterial::brush() const
 {
     return QBrush(color());
+}
+
+void AbstractMaterial::draw(QPainter *painter, const QPainterPath &path, double scale, const QRectF &clipRect,
+                            bool noOutline) const
+{
+    Q_UNUSED(scale)
+    Q_UNUSED(clipRect)
+    painter->fillPath(path, brush());
+    if (noOutline)
+        return;
+    QPen outline(color().darker(150), 1.5);
+    outline.setCosmetic(true);
+    painter->strokePath(path, outline);
 }
 
 QString AbstractMaterial::description() const
@@ -78,4 +95,34 @@ QColor materialTypeColor(qint32 kind)
     default:
         return QColor(128, 128, 128);
     }
+}
+
+QPixmap pixmapOf(const AbstractMaterial &material, int size)
+{
+    const QString typeText = materialTypeName(material.kind());
+    const QString key = QStringLiteral("%1:%2").arg(typeText).arg(size);
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
+
+    pixmap = QPixmap(size, size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(material.brush());
+    const QRectF disc(0.0, 0.0, size, size);
+    painter.drawEllipse(disc);
+
+    QFont font = painter.font();
+    font.setPointSizeF(size / 2.0);
+    painter.setFont(font);
+    painter.setPen(material.color().darker(300));
+    const QString letter = typeText.left(1).toUpper();
+    const QRectF letterBox = QFontMetricsF(font, &pixmap).tightBoundingRect(letter);
+    painter.drawText(disc.center() - letterBox.center(), letter);
+    painter.end();
+
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
 }

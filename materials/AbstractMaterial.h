@@ -3,9 +3,14 @@
 #include <QBrush>
 #include <QColor>
 #include <QCoreApplication>
+#include <QPixmap>
 #include <QString>
 
 #include "materials/QPersistence.h"
+
+class QPainter;
+class QPainterPath;
+class QRectF;
 
 // The role of a body in the machine. Which catalogue material fills the role is kept
 // apart, by the stator and the rotor, so that one geometry serves every choice of
@@ -33,6 +38,10 @@ public:
     virtual QString key() const;
     virtual QColor color() const;
     virtual QBrush brush() const;
+    // Paints a body of this role. Path and clipRect are in the painter's coordinates,
+    // the section plane with its y axis up; scale is the view's pixels per unit.
+    virtual void draw(QPainter *painter, const QPainterPath &path, double scale, const QRectF &clipRect,
+                      bool noOutline) const;
     virtual QString description() const;
     virtual bool equals(const AbstractMaterial &other) const;
 
@@ -48,3 +57,6 @@ private:
 // Text and default colour of a kind; any other value is an unknown kind.
 QString materialTypeName(qint32 kind);
 QColor materialTypeColor(qint32 kind);
+
+// A round swatch of the role with the first letter of its kind, cached per kind and size.
+QPixmap pixmapOf(const AbstractMaterial &material, int size);

@@ -14,6 +14,9 @@ public:
     // Blue for a field that points back (toward the centre or counter-clockwise), else red.
     QColor color() const override;
     QBrush brush() const override;
+    // Shades the body by its field and draws the field as arrows over it.
+    void draw(QPainter *painter, const QPainterPath &path, double scale, const QRectF &clipRect,
+              bool noOutline) const override;
     QString description() const override;
     bool equals(const AbstractMaterial &other) const override;
 
@@ -34,6 +37,10 @@ public:
 
     const Record &persistenceKey() const override;
     QSharedPointer<AbstractMaterial> clone() const override;
+    // An axial magnet shows its field as dots when it points out of the section, as
+    // crosses when it points into it.
+    void draw(QPainter *painter, const QPainterPath &path, double scale, const QRectF &clipRect,
+              bool noOutline) const override;
     bool equals(const AbstractMaterial &other) const override;
 
     bool savePoleBorder() const { return m_savePoleBorder; }

@@ -1,5 +1,10 @@
 #include "materials/WindingMaterial.h"
 
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include "geometry/Polylabel.h"
+
 namespace {
 
 const AbstractMaterial::Record windingRecord{"WindingMaterial", 1, &AbstractMaterial::createDefault<WindingMaterial>};
@@ -54,6 +59,34 @@ QColor WindingMaterial::color() const
     if (m_layer % 2 == 1)
         return QColor(255, 180, 105);
     return QColor(230, 255, 105);
+}
+
+void WindingMaterial::draw(QPainter *painter, const QPainterPath &path, double scale, const QRectF &clipRect,
+                           bool noOutline) const
+{
+    AbstractMaterial::draw(painter, path, scale, clipRect, noOutline);
+    if (m_layer == 0 || scale <= 0.0)
+        return;
+    // The centre is wanted to a pixel.
+    const QPointF centre = polylabel(path.toSubpathPolygons(), 1.0 / scale);
+    // Sized by a two-digit sample, so that all marks are alike.
+    const QRectF sample = QFontMetricsF(painter->font(), painter->device()).boundingRect(QStringLiteral("%1"));
+    const double side = 1.5 * qMax(sample.width(), sample.height());
+    QRectF mark(0.0, 0.0, side, side);
+    mark.moveCenter(centre);
+
+    QTransform unscaled;
+    unscaled.translate(centre.x(), centre.y());
+    unscaled.scale(1.0 / scale, -1.0 / scale);
+    unscaled.translate(-centre.x(), -centre.y());
+
+    painter->save();
+    painter->setTransform(unscaled, true);
+    painter->setPen(QPen(Qt::black, 0.0));
+    painter->setBrush(color().lighter(130));
+    painter->drawEllipse(mark);
+    painter->drawText(mark, Qt::AlignCenter, layerName());
+    painter->restore();
 }
 
 QString WindingMaterial::description() const

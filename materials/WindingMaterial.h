@@ -14,6 +14,9 @@ public:
     void load(QDataStream &in) override;
     QSharedPointer<AbstractMaterial> clone() const override;
     QColor color() const override;
+    // Marks a body of a numbered layer with its number in a disc of constant screen size.
+    void draw(QPainter *painter, const QPainterPath &path, double scale, const QRectF &clipRect,
+              bool noOutline) const override;
     QString description() const override;
     bool equals(const AbstractMaterial &other) const override;
 
