@@ -1,6 +1,7 @@
 #include "QmlScripting/JSEngine.h"
 
 #include "QmlScripting/Machine.h"
+#include "QmlScripting/QmlGeomProvider.h"
 #include "QmlScripting/ScriptModules.h"
 #include "document/Document.h"
 #include "geometry/PoleArrangement.h"
@@ -21,6 +22,7 @@ JSEngine::JSEngine(QObject *parent)
 {
     installExtensions(QJSEngine::AllExtensions);
     installModules();
+    QmlGeomProvider::initialize(this);
     installEnumerations();
 }
 
