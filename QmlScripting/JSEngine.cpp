@@ -2,6 +2,7 @@
 
 #include "QmlScripting/Machine.h"
 #include "QmlScripting/QmlGeomProvider.h"
+#include "QmlScripting/QmlMaterialProvider.h"
 #include "QmlScripting/ScriptModules.h"
 #include "document/Document.h"
 #include "geometry/PoleArrangement.h"
@@ -23,6 +24,7 @@ JSEngine::JSEngine(QObject *parent)
     installExtensions(QJSEngine::AllExtensions);
     installModules();
     QmlGeomProvider::initialize(this);
+    QmlMaterialProvider::initialize(this);
     installEnumerations();
 }
 

@@ -13,6 +13,7 @@
 
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptModules.h"
+#include "QmlScripting/QmlMaterials.h"
 #include "geometry/servoce/boolops.h"
 #include "materials/BasicMaterials.h"
 #include "geometry/servoce/curve.h"
@@ -1021,6 +1022,8 @@ Piece QmlGeomProvider::piece(const QmlShape &shape, const QVariant &vMaterial)
         material.reset(new CustomMaterial(QColor(Qt::GlobalColor(vMaterial.toInt()))));
     } else if (vMaterial.userType() == QMetaType::QColor) {
         material.reset(new CustomMaterial(vMaterial.value<QColor>()));
+    } else if (const AbstractMaterial *scriptMaterial = QmlMaterials::pieceMaterial(vMaterial)) {
+        material = scriptMaterial->clone();
     } else {
         const QString message = tr("Function piece() contains argument of an unsupported type: %1")
                                     .arg(QLatin1String(vMaterial.typeName()));
