@@ -2,7 +2,9 @@
 
 #include "QmlScripting/Machine.h"
 #include "QmlScripting/QmlGeomProvider.h"
+#include "QmlScripting/QmlGuiProvider.h"
 #include "QmlScripting/QmlMaterialProvider.h"
+#include "QmlScripting/QmlWidgetsProvider.h"
 #include "QmlScripting/ScriptModules.h"
 #include "document/Document.h"
 #include "geometry/PoleArrangement.h"
@@ -23,6 +25,8 @@ JSEngine::JSEngine(QObject *parent)
 {
     installExtensions(QJSEngine::AllExtensions);
     installModules();
+    QmlGuiProvider::initialize(this);
+    QmlWidgetsProvider::initialize(this);
     QmlGeomProvider::initialize(this);
     QmlMaterialProvider::initialize(this);
     installEnumerations();

@@ -7,6 +7,7 @@
 #include "document/CoreMotorElement.h"
 #include "document/Document.h"
 #include "geometry/MotorElement.h"
+#include "geometry/PoleArrangement.h"
 #include "materials/Magnetization.h"
 #include "winding/Winding.h"
 
@@ -34,6 +35,7 @@ void registerDocumentTypes()
         qRegisterMetaType<Machine::Type>("Machine::Type");
         qRegisterMetaType<Machine::Type>("Document::MachineType");
         qRegisterMetaType<MotorElement::MiddleType>("MotorElement::MiddleType");
+        qRegisterMetaType<PoleArrangement::Type>("PoleArrangement::Type");
         Magnetization::registerMetaType();
         registerWindingTypes();
         registerAnalysisTypes();

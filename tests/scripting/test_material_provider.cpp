@@ -62,7 +62,8 @@ TEST_F(MaterialProviderTest, PrologueFunctionsMakeEachKind)
 
 TEST_F(MaterialProviderTest, ListsKeepOnlyTheNumbersHeldAsDoubles)
 {
-    const QmlMagnetParallelMaterial magnet = material<QmlMagnetParallelMaterial>("MagnetParallelMaterial(0, [10, 20.5])");
+    const QmlMagnetParallelMaterial magnet =
+        material<QmlMagnetParallelMaterial>("MagnetParallelMaterial(0, [10, 20.5])");
     EXPECT_EQ(magnet.segmentRadiuses(), QVector<double>({20.5}));
     EXPECT_TRUE(magnet.savePoleBorder());
 
@@ -89,7 +90,8 @@ TEST_F(MaterialProviderTest, RadialMagnetsTakeTheEnumerationsOfMagnetization)
     EXPECT_EQ(plain.direction, Magnetization::Direction::From);
     EXPECT_EQ(plain.center, QPointF());
 
-    const QmlMagnetRadialMaterial toward = material<QmlMagnetRadialMaterial>("MagnetRadialMaterial(Magnetization.Toward)");
+    const QmlMagnetRadialMaterial toward =
+        material<QmlMagnetRadialMaterial>("MagnetRadialMaterial(Magnetization.Toward)");
     EXPECT_EQ(toward.direction, Magnetization::Direction::Toward);
 
     const QmlMagnetRadialMaterial full = material<QmlMagnetRadialMaterial>(

@@ -132,7 +132,8 @@ TEST(ScriptCatalogueTest, PicturesAndManualsAreAbsoluteAndLowerCased)
     }])");
     const ScriptDescribe &entry = folder.list.at(0);
 
-    EXPECT_EQ(entry.pictures().keys(), (QStringList{QStringLiteral("picture"), QStringLiteral("picture_srs_yokeless")}));
+    EXPECT_EQ(entry.pictures().keys(),
+              (QStringList{QStringLiteral("picture"), QStringLiteral("picture_srs_yokeless")}));
     EXPECT_EQ(entry.picture(Machine::UnknownType, MotorElement::Yoke),
               folder.absolute(QStringLiteral("pictures/slotted.png")));
     EXPECT_EQ(entry.picture(Machine::SRS, MotorElement::UnknownType),
@@ -208,7 +209,8 @@ TEST(ScriptCatalogueTest, TheShippedCataloguesListScriptsForEveryMachine)
             EXPECT_TRUE(served) << Machine::typeText(type).toStdString();
         }
         for (const ScriptDescribe &entry : *list)
-            EXPECT_TRUE(entry.isSeparator() || entry.script().endsWith(QLatin1String(".js"))) << entry.name().toStdString();
+            EXPECT_TRUE(entry.isSeparator() || entry.script().endsWith(QLatin1String(".js")))
+                << entry.name().toStdString();
     }
     EXPECT_EQ(&ScriptDescribeList::stators(), lists[0]) << "read once";
     EXPECT_EQ(ScriptDescribeList::stators().folder(), QStringLiteral(ZDS_SOURCE_DIR "/assets/scripts/stator"));

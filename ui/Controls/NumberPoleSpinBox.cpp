@@ -1,0 +1,6 @@
+#include "ui/Controls/NumberPoleSpinBox.h"
+
+NumberPoleSpinBox::NumberPoleSpinBox(QWidget *parent)
+    : CountSpinBox(parent)
+{
+}
