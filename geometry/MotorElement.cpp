@@ -6,16 +6,26 @@
 
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
+#include "QmlScripting/FileWatcher.h"
+#include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptObject.h"
 
 MotorElement::MotorElement(ScriptConsole::Scope scope, const QString &name, int countItems, Document *document)
     : CoreMotorElement(document)
     , m_console(new ScriptConsole(scope, this))
+    , m_watcher(new FileWatcher(this))
     , m_scriptObject(new ScriptObject(name, this))
     , m_countItems(countItems)
 {
     setObjectName(name);
     connect(m_scriptObject, &ScriptObject::variableChanged, this, &MotorElement::variableChanged);
+    connect(m_watcher, &FileWatcher::fileChanged, this, &MotorElement::scriptFileChanged);
+}
+
+MotorElement::~MotorElement()
+{
+    // The engine's wrappers of the element and its console go before they do.
+    delete m_engine;
 }
 
 void MotorElement::setOuterDiameter(double diameter)
@@ -62,14 +72,6 @@ void MotorElement::setCountItems(int count)
     activateItems();
 }
 
-void MotorElement::setScript(const QString &script)
-{
-    if (m_script == script)
-        return;
-    m_script = script;
-    emitNotify("script", m_script);
-}
-
 QVariantMap MotorElement::scriptProperties() const
 {
     return m_scriptObject->properties();
@@ -99,6 +101,7 @@ QVariantMap MotorElement::properties() const
         {QStringLiteral("items"), itemsProperties()},
         {QStringLiteral("scriptProps"), m_scriptObject->properties()},
         {QStringLiteral("scriptFile"), m_script},
+        {QStringLiteral("scriptName"), nameScript()},
     };
     map.insert(ownProperties());
     qDebug().nospace() << "Get " << metaObject()->className() << "::properties: " << map;
@@ -119,6 +122,10 @@ void MotorElement::setProperties(const QVariantMap &map)
         setTypeMiddleItem(middleTypeFromKey(map.value(QStringLiteral("type")).toString()));
     if (map.contains(QStringLiteral("items")))
         setItemsProperties(map.value(QStringLiteral("items")).toList());
+    if (map.contains(QStringLiteral("scriptFile")))
+        setScript(map.value(QStringLiteral("scriptFile")).toString());
+    if (map.contains(QStringLiteral("scriptProps")))
+        setScriptValues(map);
 }
 
 void MotorElement::clearCashPieces()

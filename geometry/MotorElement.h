@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QList>
 #include <QMetaMethod>
+#include <QRecursiveMutex>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <QVariantMap>
 #include <QVector>
@@ -10,6 +13,11 @@
 #include "geometry/MotorItem.h"
 #include "QmlScripting/ScriptConsole.h"
 
+class FileWatcher;
+class JSEngine;
+class QQmlError;
+class QWidget;
+class ScriptDescribeList;
 class ScriptObject;
 
 // The part that stator and rotor share: a geometry script of their own, described
@@ -50,10 +58,28 @@ public:
     int countItems() const { return m_countItems; }
     void setCountItems(int count);
 
+    ~MotorElement() override;
+
     // The script's file name within the element's scripts folder.
     QString script() const { return m_script; }
-    // The name only: reading the script comes with the script engine.
+    // A name that the catalogue knows in another case takes the catalogue's; the
+    // script is read at once and followed on disk.
     void setScript(const QString &script);
+    // The catalogue's name of the script.
+    QString nameScript() const;
+    // The file of a script name in the element's scripts folder.
+    QString scriptPath(const QString &script) const;
+    bool isScriptLoaded() const { return m_scriptLoaded; }
+    JSEngine *engine() const { return m_engine; }
+
+    // Evaluates the script in a new engine and binds its variables; false, with the
+    // message on the console, when it fails or lacks what an element needs.
+    bool readScript(const QString &path);
+    // What the global object of that name returns from getGeometry(id), in the terms
+    // of GeometryScriptResult; an empty map when the script fails.
+    QVariantMap geometry(const QString &objectName, int id) const;
+    // The variables that the script's panel edits, with their values.
+    QVariantMap scriptEditedProperties();
     ScriptObject *scriptObject() const { return m_scriptObject; }
     QVariantMap scriptProperties() const;
     void setScriptProperties(const QVariantMap &properties);
@@ -135,6 +161,8 @@ protected:
     void setMaterialValue(const char *property, double &field, double value);
 
 private:
+    virtual const ScriptDescribeList &catalogue() const = 0;
+
     // Emits the notify signal of one of the properties that stator and rotor declare.
     template <typename Value>
     void emitNotify(const char *property, const Value &value)
@@ -145,6 +173,17 @@ private:
     void emitElementChanged();
     QMetaMethod notifySignal(const char *property) const;
     void variableChanged(const QString &name, const QVariant &value);
+
+    void resetEngine();
+    bool readScriptFile(const QString &path);
+    void trackScriptFile(const QString &path);
+    void engineException(const QList<QQmlError> &errors);
+    // Logged behind "Error:" and shown on the console.
+    void scriptFailure(const QString &message) const;
+    void scriptFileChanged(const QString &path);
+    QVariantMap editorValues(const QWidget &panel) const;
+    // The script's values of a property map, if they belong to the script now loaded.
+    void setScriptValues(const QVariantMap &map);
 
     // Bodies beyond the count don't belong to the machine: they stay silent.
     void activateItems();
@@ -159,8 +198,15 @@ private:
     static QString middleTypeKey(MiddleType type);
     static MiddleType middleTypeFromKey(const QString &key);
 
+    // The engine is not reentrant: one call into the script at a time.
+    mutable QRecursiveMutex m_engineMutex;
+    JSEngine *m_engine = nullptr;
     ScriptConsole *m_console;
-    QString m_lastError;
+    FileWatcher *m_watcher;
+    // The main script and all it included or required.
+    QStringList m_scriptFiles;
+    bool m_scriptLoaded = false;
+    mutable QString m_lastError;
     GeometryErrors m_geometryErrors;
     MaterialErrors m_materialErrors;
     double m_innerDiameter = 100.0;

@@ -59,3 +59,5 @@ class PieceList : public QList<Piece>
 public:
     using QList<Piece>::QList;
 };
+
+Q_DECLARE_METATYPE(PieceList)

@@ -1,5 +1,6 @@
 #include "geometry/Rotor.h"
 
+#include "QmlScripting/ScriptDescribeList.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Stator.h"
@@ -114,6 +115,11 @@ QString Rotor::materialErrorText() const
                             {IronNotFound, MagnetNotFound, RotorIronNotAssigned, RotorMagnetNotAssigned,
                              RotorConductorNotAssigned, CoreFillCoefCount},
                             objectName(), materialErrorMessage);
+}
+
+const ScriptDescribeList &Rotor::catalogue() const
+{
+    return ScriptDescribeList::rotors();
 }
 
 QVariantMap Rotor::ownProperties() const

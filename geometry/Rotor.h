@@ -22,6 +22,7 @@ class Rotor : public MotorElement
     Q_PROPERTY(QVector<RotorItem *> items READ items CONSTANT)
     Q_PROPERTY(QString script READ script WRITE setScript NOTIFY scriptChanged)
     Q_PROPERTY(QVariantMap scriptProperties READ scriptProperties WRITE setScriptProperties NOTIFY rotorChanged)
+    Q_PROPERTY(QString nameScript READ nameScript NOTIFY scriptChanged)
     Q_PROPERTY(QString ironMaterial READ ironMaterial WRITE setIronMaterial NOTIFY ironMaterialChanged)
     Q_PROPERTY(double ironStacking READ ironStacking WRITE setIronStacking NOTIFY ironStackingChanged)
     Q_PROPERTY(QString magnetMaterial READ magnetMaterial WRITE setMagnetMaterial NOTIFY magnetMaterialChanged)
@@ -88,6 +89,7 @@ signals:
     void rotorChanged();
 
 protected:
+    const ScriptDescribeList &catalogue() const override;
     QVariantMap ownProperties() const override;
     void setOwnProperties(const QVariantMap &map) override;
     MotorItem::ID itemIdOnAirgap(int index) const override;

@@ -2,6 +2,7 @@
 
 #include <QDebug>
 
+#include "QmlScripting/ScriptDescribeList.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
@@ -90,6 +91,11 @@ QString Stator::materialErrorText() const
                             {IronNotFound, WindingNotFound, StatorIronNotAssigned, StatorWindingNotAssigned,
                              CoreFillCoefCount},
                             objectName(), materialErrorMessage);
+}
+
+const ScriptDescribeList &Stator::catalogue() const
+{
+    return ScriptDescribeList::stators();
 }
 
 QVariantMap Stator::ownProperties() const

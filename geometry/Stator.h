@@ -19,6 +19,7 @@ class Stator : public MotorElement
     Q_PROPERTY(QVector<StatorItem *> items READ items CONSTANT)
     Q_PROPERTY(QString script READ script WRITE setScript NOTIFY scriptChanged)
     Q_PROPERTY(QVariantMap scriptProperties READ scriptProperties WRITE setScriptProperties NOTIFY statorChanged)
+    Q_PROPERTY(QString nameScript READ nameScript NOTIFY scriptChanged)
     Q_PROPERTY(QString ironMaterial READ ironMaterial WRITE setIronMaterial NOTIFY ironMaterialChanged)
     Q_PROPERTY(double ironStacking READ ironStacking WRITE setIronStacking NOTIFY ironStackingChanged)
     Q_PROPERTY(QString windingMaterial READ windingMaterial WRITE setWindingMaterial NOTIFY windingMaterialChanged)
@@ -64,6 +65,7 @@ signals:
     void statorChanged();
 
 protected:
+    const ScriptDescribeList &catalogue() const override;
     QVariantMap ownProperties() const override;
     void setOwnProperties(const QVariantMap &map) override;
     MotorItem::ID itemIdOnAirgap(int index) const override;

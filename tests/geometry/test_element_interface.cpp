@@ -41,6 +41,7 @@ TEST(ElementInterface, StatorPropertiesKeepTheirOrderAndSignals)
                            "items",
                            "script scriptChanged(QString)",
                            "scriptProperties statorChanged()",
+                           "nameScript scriptChanged(QString)",
                            "ironMaterial ironMaterialChanged(QString)",
                            "ironStacking ironStackingChanged(double)",
                            "windingMaterial windingMaterialChanged(QString)",
@@ -66,6 +67,7 @@ TEST(ElementInterface, RotorPropertiesKeepTheirOrderAndSignals)
                            "items",
                            "script scriptChanged(QString)",
                            "scriptProperties rotorChanged()",
+                           "nameScript scriptChanged(QString)",
                            "ironMaterial ironMaterialChanged(QString)",
                            "ironStacking ironStackingChanged(double)",
                            "magnetMaterial magnetMaterialChanged(QString)",
@@ -100,8 +102,8 @@ TEST(ElementInterface, SharedSettersAnnounceThroughTheElementsOwnSignals)
     rotor->setIronMaterial("M270-35A");
     rotor->setIronStacking(0.97);
 
-    EXPECT_EQ(order, QStringList({"typeMiddleItem", "rotor", "script", "ironMaterial", "materials", "ironStacking",
-                                  "materials"}));
+    EXPECT_EQ(order, QStringList({"typeMiddleItem", "rotor", "script", "rotor", "ironMaterial", "materials",
+                                  "ironStacking", "materials"}));
     ASSERT_EQ(typeSpy.count(), 1);
     EXPECT_EQ(typeSpy.at(0).at(0).value<MotorElement::MiddleType>(), MotorElement::Yokeless);
     ASSERT_EQ(scriptSpy.count(), 1);
