@@ -152,6 +152,9 @@ protected:
     virtual void setOwnProperties(const QVariantMap &map) = 0;
     // The body on an air gap of the machine, 1 to 4; Empty where there is none.
     virtual MotorItem::ID itemIdOnAirgap(int index) const = 0;
+    virtual const ScriptDescribeList &catalogue() const = 0;
+    // Held by every call into the script; an element holds it also while it takes in a result.
+    QRecursiveMutex &engineMutex() const { return m_engineMutex; }
     // What is built on this element's pieces besides its own bodies.
     virtual void clearDependentPieces() {}
 
@@ -161,7 +164,6 @@ protected:
     void setMaterialValue(const char *property, double &field, double value);
 
 private:
-    virtual const ScriptDescribeList &catalogue() const = 0;
 
     // Emits the notify signal of one of the properties that stator and rotor declare.
     template <typename Value>

@@ -99,6 +99,23 @@ void Rotor::setConductorTemperature(double temperature)
     setMaterialValue("conductorTemperature", m_conductorTemperature, temperature);
 }
 
+QVariantMap Rotor::geometry(int id)
+{
+    QMutexLocker locker(&engineMutex());
+    const QVariantMap result = MotorElement::geometry(objectName(), id);
+    if (result.isEmpty())
+        return result;
+    if (result.contains(QStringLiteral("coefs3D")))
+        m_coefs3D = result.value(QStringLiteral("coefs3D"));
+    else
+        console()->warn(tr("Geometry script of rotor item %1 is not return 'coefs3D'").arg(id));
+    if (result.contains(QStringLiteral("Nmagnetsegments")))
+        setMagnetSegmentsRadialDirection(result.value(QStringLiteral("Nmagnetsegments")).toInt());
+    else
+        console()->warn(tr("Geometry script of rotor item %1 is not return 'Nmagnetsegments'").arg(id));
+    return result;
+}
+
 const SimDomain &Rotor::simDomain() const
 {
     return document()->stator()->simDomain();

@@ -68,6 +68,12 @@ public:
     QString materialErrorText() const;
 
     // Those of the stator: one domain serves the whole machine.
+    // The script's drawing of one pole pitch of body id; it tells the rotor its 3D
+    // coefficients and magnet segments as well.
+    QVariantMap geometry(int id);
+    using MotorElement::geometry;
+    QVariant coefs3D() const { return m_coefs3D; }
+
     const SimDomain &simDomain() const;
     double simRadialOuterDomain() const;
 
@@ -102,5 +108,6 @@ private:
     double m_conductorTemperature = 20.0;
     QString m_conductorMaterial;
     int m_magnetSegmentsRadialDirection = 1;
+    QVariant m_coefs3D;
     QVector<Magnetization> m_magnetizations;
 };

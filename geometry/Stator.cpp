@@ -67,6 +67,44 @@ void Stator::setWindingTemperature(double temperature)
     setMaterialValue("windingTemperature", m_windingTemperature, temperature);
 }
 
+QVariantMap Stator::geometry(int id)
+{
+    QMutexLocker locker(&engineMutex());
+    const QVariantMap result = MotorElement::geometry(objectName(), id);
+    if (!result.isEmpty())
+        takeSimDomain(result);
+    return result;
+}
+
+void Stator::takeSimDomain(const QVariantMap &result)
+{
+    const bool known = !m_simDomainUnknown;
+    const auto changed = [this](const QString &field, double value, double previous) {
+        console()->warn(
+            tr("getGeometry() return '%1=%2' which is not equal to that returned from the previos call (%3)")
+                .arg(field, QString::number(value, 'g'), QString::number(previous, 'g')));
+    };
+    if (result.contains(QStringLiteral("simDomain"))) {
+        const SimDomain domain = result.value(QStringLiteral("simDomain")).value<SimDomain>();
+        if (known && !qFuzzyCompare(domain.inner, m_simDomain.inner))
+            changed(QStringLiteral("simDomain.inner"), domain.inner, m_simDomain.inner);
+        if (known && !qFuzzyCompare(domain.outer, m_simDomain.outer))
+            changed(QStringLiteral("simDomain.outer"), domain.outer, m_simDomain.outer);
+        m_simDomain = domain;
+    } else {
+        console()->warn(tr("getGeometry() must return field 'simDomain'"));
+    }
+    if (result.contains(QStringLiteral("simRadialOuterDomain"))) {
+        const double outer = result.value(QStringLiteral("simRadialOuterDomain")).toDouble();
+        if (known && !qFuzzyCompare(outer, m_simRadialOuterDomain))
+            changed(QStringLiteral("simRadialOuterDomain"), outer, m_simRadialOuterDomain);
+        m_simRadialOuterDomain = outer;
+        m_simDomainUnknown = false;
+    } else {
+        console()->warn(tr("getGeometry() must return field 'simRadialOuterDomain'"));
+    }
+}
+
 const SimDomain &Stator::simDomain() const
 {
     if (m_simDomainUnknown) {

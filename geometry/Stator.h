@@ -50,6 +50,10 @@ public:
     void setWindingTemperature(double temperature);
     QString materialErrorText() const;
 
+    // The script's drawing of one slot pitch of body id; its simulation domain becomes the stator's.
+    QVariantMap geometry(int id);
+    using MotorElement::geometry;
+
     // Until the script has told them, defaults that follow the diameters.
     const SimDomain &simDomain() const;
     double simRadialOuterDomain() const;
@@ -73,6 +77,9 @@ protected:
     void clearDependentPieces() override;
 
 private:
+    // The domain must be the same for every body: a change from one call to the next is warned of.
+    void takeSimDomain(const QVariantMap &result);
+
     int m_numberSlots = 6;
     double m_windingTemperature = 20.0;
     QString m_windingMaterial;

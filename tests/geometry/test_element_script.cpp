@@ -3,6 +3,7 @@
 #include "QmlScripting/ScriptObject.h"
 #include "document/Document.h"
 #include "geometry/Piece.h"
+#include "geometry/Rotor.h"
 #include "geometry/SimDomain.h"
 #include "geometry/Stator.h"
 #include "materials/BasicMaterials.h"
@@ -248,4 +249,57 @@ TEST_F(CatalogueScriptTest, TheCataloguesSpellingOfANameWins)
     stator->setScript(first.script().toUpper());
     EXPECT_EQ(stator->script(), first.script());
     EXPECT_EQ(stator->nameScript(), first.name());
+}
+
+TEST_F(ElementScriptTest, TheStatorTakesItsSimulationDomainAndWarnsWhenItChanges)
+{
+    QSignalSpy warnings(stator->console(), &ScriptConsole::signalWarn);
+    ASSERT_TRUE(read(QStringLiteral(
+        "stator.getGeometry = function(id) { return { pieces: [], simDomain: { inner: 40 + id, outer: 140 },"
+        " simRadialOuterDomain: 180 }; };")));
+    stator->geometry(1);
+    EXPECT_TRUE(warnings.isEmpty());
+    EXPECT_EQ(stator->simDomain().inner, 41.0);
+    EXPECT_EQ(stator->simRadialOuterDomain(), 180.0);
+
+    stator->geometry(2);
+    ASSERT_EQ(warnings.size(), 1);
+    EXPECT_EQ(warnings.at(0).at(1).toString(), QStringLiteral("getGeometry() return 'simDomain.inner=42' which is not "
+                                                               "equal to that returned from the previos call (41)"));
+    EXPECT_EQ(stator->simDomain().inner, 42.0) << "the new value counts all the same";
+
+    ASSERT_TRUE(read(QStringLiteral("stator.getGeometry = function(id) { return { pieces: [] }; };")));
+    warnings.clear();
+    stator->geometry(1);
+    ASSERT_EQ(warnings.size(), 2);
+    EXPECT_EQ(warnings.at(0).at(1).toString(), QStringLiteral("getGeometry() must return field 'simDomain'"));
+    EXPECT_EQ(warnings.at(1).at(1).toString(), QStringLiteral("getGeometry() must return field 'simRadialOuterDomain'"));
+}
+
+TEST(RotorScriptTest, TheRotorTakesItsMagnetSegmentsAndKeepsThemWhenTheScriptIsSilent)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("rotor.js"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("var RotorGeom = {}; var rotor = { segments: 3 };\n"
+               "rotor.getGeometry = function(id) { return id === 1"
+               " ? { pieces: [], coefs3D: [1, 2], Nmagnetsegments: rotor.segments } : { pieces: [] }; };");
+    file.close();
+    Document doc(nullptr);
+    Rotor *rotor = doc.rotor();
+    ASSERT_TRUE(rotor->readScript(path));
+    QSignalSpy warnings(rotor->console(), &ScriptConsole::signalWarn);
+
+    rotor->geometry(1);
+    EXPECT_EQ(rotor->magnetSegmentsRadialDirection(), 3);
+    EXPECT_EQ(rotor->coefs3D().toList().size(), 2);
+    EXPECT_TRUE(warnings.isEmpty());
+
+    rotor->geometry(2);
+    EXPECT_EQ(rotor->magnetSegmentsRadialDirection(), 3);
+    ASSERT_EQ(warnings.size(), 2);
+    EXPECT_EQ(warnings.at(0).at(1).toString(), QStringLiteral("Geometry script of rotor item 2 is not return 'coefs3D'"));
+    EXPECT_EQ(warnings.at(1).at(1).toString(),
+              QStringLiteral("Geometry script of rotor item 2 is not return 'Nmagnetsegments'"));
 }
