@@ -251,6 +251,27 @@ TEST_F(CatalogueScriptTest, TheCataloguesSpellingOfANameWins)
     EXPECT_EQ(stator->nameScript(), first.name());
 }
 
+TEST_F(CatalogueScriptTest, AnEditedScriptIsReadAgainWithTheUsersValues)
+{
+    choose(QString());
+    stator->scriptObject()->setProperty("slotWidth", 15);
+    QSignalSpy loaded(stator, &MotorElement::scriptLoaded);
+    QSignalSpy infos(stator->console(), &ScriptConsole::signalInfo);
+
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("var StatorGeom = {}; var stator = { slotWidth: 10, slotDepth: 20, toothTip: 2 };");
+    file.close();
+
+    ASSERT_TRUE(loaded.wait(5000));
+    EXPECT_TRUE(stator->isScriptLoaded());
+    EXPECT_EQ(stator->scriptObject()->property("slotWidth").toInt(), 15);
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("stator.slotWidth")).toInt(), 15);
+    EXPECT_EQ(stator->scriptObject()->property("toothTip").toInt(), 2);
+    ASSERT_FALSE(infos.isEmpty());
+    EXPECT_TRUE(infos.last().at(1).toString().startsWith(QStringLiteral("Script '")));
+}
+
 TEST_F(ElementScriptTest, TheStatorTakesItsSimulationDomainAndWarnsWhenItChanges)
 {
     QSignalSpy warnings(stator->console(), &ScriptConsole::signalWarn);
@@ -273,7 +294,8 @@ TEST_F(ElementScriptTest, TheStatorTakesItsSimulationDomainAndWarnsWhenItChanges
     stator->geometry(1);
     ASSERT_EQ(warnings.size(), 2);
     EXPECT_EQ(warnings.at(0).at(1).toString(), QStringLiteral("getGeometry() must return field 'simDomain'"));
-    EXPECT_EQ(warnings.at(1).at(1).toString(), QStringLiteral("getGeometry() must return field 'simRadialOuterDomain'"));
+    EXPECT_EQ(warnings.at(1).at(1).toString(),
+              QStringLiteral("getGeometry() must return field 'simRadialOuterDomain'"));
 }
 
 TEST(RotorScriptTest, TheRotorTakesItsMagnetSegmentsAndKeepsThemWhenTheScriptIsSilent)
@@ -299,7 +321,8 @@ TEST(RotorScriptTest, TheRotorTakesItsMagnetSegmentsAndKeepsThemWhenTheScriptIsS
     rotor->geometry(2);
     EXPECT_EQ(rotor->magnetSegmentsRadialDirection(), 3);
     ASSERT_EQ(warnings.size(), 2);
-    EXPECT_EQ(warnings.at(0).at(1).toString(), QStringLiteral("Geometry script of rotor item 2 is not return 'coefs3D'"));
+    EXPECT_EQ(warnings.at(0).at(1).toString(),
+              QStringLiteral("Geometry script of rotor item 2 is not return 'coefs3D'"));
     EXPECT_EQ(warnings.at(1).at(1).toString(),
               QStringLiteral("Geometry script of rotor item 2 is not return 'Nmagnetsegments'"));
 }
