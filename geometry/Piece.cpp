@@ -1,6 +1,34 @@
 #include "geometry/Piece.h"
 
+#include <QtMath>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "geometry/servoce/unify.h"
 #include "materials/AbstractMaterial.h"
+
+namespace {
+
+constexpr double negligible = 1e-7;
+
+// Polar angle of the centre in degrees, 0 up to 360; an angle that rounds to a full turn is 0.
+double polarAngle(const Piece &piece)
+{
+    const servoce::point3 c = piece.shape().center();
+    double degrees = qRadiansToDegrees(std::atan2(c.y, c.x));
+    if (degrees < 0.0)
+        degrees += 360.0;
+    return qFuzzyCompare(degrees, 360.0) ? 0.0 : degrees;
+}
+
+void transformAll(PieceList &pieces, const servoce::transformation &trsf)
+{
+    for (Piece &piece : pieces)
+        piece.setShape(piece.shape().transformed(trsf));
+}
+
+} // namespace
 
 Piece::Piece(const servoce::shape &shape, const QSharedPointer<AbstractMaterial> &material, Scope scope)
     : m_shape(shape)
@@ -12,4 +40,69 @@ Piece::Piece(const servoce::shape &shape, const QSharedPointer<AbstractMaterial>
 void Piece::translate(double dx, double dy, double dz)
 {
     m_shape = m_shape.translated(dx, dy, dz);
+}
+
+qint32 Piece::kind() const
+{
+    return m_material ? m_material->kind() : AbstractMaterial::EmptyKind;
+}
+
+void PieceList::rotate(double angle)
+{
+    if (std::abs(angle) > negligible)
+        transformAll(*this, servoce::rotateZ(angle));
+}
+
+void PieceList::moveZ(double z)
+{
+    if (std::abs(z) > negligible)
+        transformAll(*this, servoce::translate(0.0, 0.0, z));
+}
+
+void PieceList::mirrorXY()
+{
+    transformAll(*this, servoce::mirrorXY());
+}
+
+void PieceList::sortByAngle()
+{
+    std::stable_sort(begin(), end(), [](const Piece &a, const Piece &b) { return polarAngle(a) < polarAngle(b); });
+}
+
+void PieceList::sortByHeightAndAngle()
+{
+    std::stable_sort(begin(), end(), [](const Piece &a, const Piece &b) {
+        const double za = a.shape().center().z;
+        const double zb = b.shape().center().z;
+        if (std::abs(za - zb) > negligible)
+            return za < zb;
+        return polarAngle(a) < polarAngle(b);
+    });
+}
+
+void PieceList::simplifyShapes()
+{
+    for (Piece &piece : *this)
+        piece.setShape(servoce::unify(piece.shape()));
+}
+
+PieceList PieceList::ofKind(qint32 kind) const
+{
+    PieceList pieces;
+    std::copy_if(begin(), end(), std::back_inserter(pieces), [kind](const Piece &piece) { return piece.kind() == kind; });
+    return pieces;
+}
+
+QPair<double, double> PieceList::radialRange() const
+{
+    double smallest = std::numeric_limits<double>::max();
+    double largest = 0.0;
+    for (const Piece &piece : *this) {
+        for (const servoce::point3 &vertex : piece.shape().vertices(false)) {
+            const double r = std::hypot(vertex.x, vertex.y);
+            smallest = std::min(smallest, r);
+            largest = std::max(largest, r);
+        }
+    }
+    return {smallest, largest};
 }

@@ -2,6 +2,7 @@
 
 #include <QFlags>
 #include <QList>
+#include <QPair>
 #include <QMetaType>
 #include <QSharedPointer>
 
@@ -40,8 +41,12 @@ public:
     Piece(const servoce::shape &shape, const QSharedPointer<AbstractMaterial> &material, Scope scope = Empty);
 
     const servoce::shape &shape() const { return m_shape; }
+    void setShape(const servoce::shape &shape) { m_shape = shape; }
     QSharedPointer<AbstractMaterial> material() const { return m_material; }
     Scope scope() const { return m_scope; }
+    void setScope(Scope scope) { m_scope = scope; }
+    // The kind of the material; the empty kind without one.
+    qint32 kind() const;
 
     void translate(double dx, double dy, double dz);
 
@@ -54,10 +59,27 @@ private:
 Q_DECLARE_OPERATORS_FOR_FLAGS(Piece::Scopes)
 Q_DECLARE_METATYPE(Piece)
 
+// The pieces of a body or a pitch, with the operations that place and order them.
 class PieceList : public QList<Piece>
 {
 public:
     using QList<Piece>::QList;
+
+    // About Z, in radians; a turn of 1e-7 or less is none.
+    void rotate(double angle);
+    // Along Z; a move of 1e-7 or less is none.
+    void moveZ(double z);
+    // In the plane z = 0.
+    void mirrorXY();
+    // By the polar angle of each centre, from 0 up to 360 degrees; equal angles keep their order.
+    void sortByAngle();
+    // By the height of each centre, then by the polar angle; heights within 1e-7 are equal.
+    void sortByHeightAndAngle();
+    // Removes the seams of booleans from every shape; slow, see servoce::unify.
+    void simplifyShapes();
+    PieceList ofKind(qint32 kind) const;
+    // Smallest and largest distance from the axis over all vertices.
+    QPair<double, double> radialRange() const;
 };
 
 Q_DECLARE_METATYPE(PieceList)
