@@ -89,7 +89,8 @@ void PieceList::simplifyShapes()
 PieceList PieceList::ofKind(qint32 kind) const
 {
     PieceList pieces;
-    std::copy_if(begin(), end(), std::back_inserter(pieces), [kind](const Piece &piece) { return piece.kind() == kind; });
+    std::copy_if(begin(), end(), std::back_inserter(pieces),
+                 [kind](const Piece &piece) { return piece.kind() == kind; });
     return pieces;
 }
 
