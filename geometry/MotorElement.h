@@ -56,6 +56,7 @@ public:
 
     // The first countItems() bodies belong to the machine.
     int countItems() const { return m_countItems; }
+    QVector<MotorItem *> activeItems() const { return m_items.mid(0, m_countItems); }
     void setCountItems(int count);
 
     ~MotorElement() override;
@@ -73,7 +74,8 @@ public:
     JSEngine *engine() const { return m_engine; }
 
     // Evaluates the script in a new engine and binds its variables; false, with the
-    // message on the console, when it fails or lacks what an element needs.
+    // message on the console, when it fails or lacks what an element needs. The
+    // element stands as one without a script until a read succeeds.
     bool readScript(const QString &path);
     // What the global object of that name returns from getGeometry(id), in the terms
     // of GeometryScriptResult; an empty map when the script fails.
@@ -177,6 +179,7 @@ private:
     void variableChanged(const QString &name, const QVariant &value);
 
     void resetEngine();
+    bool evaluateScript(const QString &path);
     bool readScriptFile(const QString &path);
     void trackScriptFile(const QString &path);
     void engineException(const QList<QQmlError> &errors);

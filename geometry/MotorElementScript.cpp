@@ -61,7 +61,7 @@ void MotorElement::setScript(const QString &script)
     clearCashPieces();
     if (!m_script.isEmpty()) {
         m_watcher->addPath(scriptPath(m_script));
-        m_scriptLoaded = readScript(scriptPath(m_script));
+        readScript(scriptPath(m_script));
     }
     document()->setModified(true);
     emitNotify("script", m_script);
@@ -69,6 +69,12 @@ void MotorElement::setScript(const QString &script)
 }
 
 bool MotorElement::readScript(const QString &path)
+{
+    m_scriptLoaded = evaluateScript(path);
+    return m_scriptLoaded;
+}
+
+bool MotorElement::evaluateScript(const QString &path)
 {
     const QString name = capitalized(objectName());
     m_scriptObject->setScriptObject(QJSValue(QJSValue::UndefinedValue), nullptr);
@@ -213,7 +219,7 @@ QVariantMap MotorElement::scriptEditedProperties()
     const QVariantMap edited = editorValues(host);
     // The panel function may have written variables as it ran: the script starts
     // afresh and gets the values back.
-    m_scriptLoaded = readScript(scriptPath(m_script));
+    readScript(scriptPath(m_script));
     {
         const QSignalBlocker blocker(m_scriptObject);
         m_scriptObject->setProperties(values);
@@ -251,7 +257,7 @@ void MotorElement::scriptFileChanged(const QString &path)
         const QSignalBlocker blocker(this);
         clearCashPieces();
         m_console->info(tr("Script '%1' changed").arg(QDir::toNativeSeparators(path)));
-        m_scriptLoaded = readScript(scriptPath(m_script));
+        readScript(scriptPath(m_script));
         if (!values.isEmpty())
             m_scriptObject->setProperties(values);
     }

@@ -1,10 +1,13 @@
 #include "geometry/MotorItem.h"
 
+#include <QtMath>
+#include <algorithm>
 #include <cmath>
 
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
+#include "geometry/MotorElement.h"
 #include "geometry/Stator.h"
 #include "QmlScripting/ScriptConsole.h"
 
@@ -69,8 +72,61 @@ void MotorItem::createPieces()
     QMutexLocker locker(&m_piecesMutex);
     if (m_pieces)
         return;
-    // Without a loaded geometry script a body has no pieces.
-    m_pieces = PieceList();
+    m_pieces = canHavePieces() ? builtBody(basePieces()) : PieceList();
+}
+
+PieceList MotorItem::basePieces()
+{
+    QMutexLocker locker(&m_baseMutex);
+    if (m_basePieces)
+        return *m_basePieces;
+    if (!canHavePieces())
+        return {};
+    MotorItem *first = m_element->activeItems().value(0);
+    PieceList pieces;
+    if (reusesFirstDrawing() && first && first != this && qFuzzyCompare(first->height(), m_height)) {
+        // The script draws the same pitch for the same height: the first body's work is reused.
+        pieces = first->basePieces();
+        for (Piece &piece : pieces)
+            piece.setScope(scope());
+    } else {
+        pieces = prepared(scriptGeometry().value(QStringLiteral("pieces")).value<PieceList>());
+        for (Piece &piece : pieces)
+            piece.setScope(scope());
+        pieces.simplifyShapes();
+    }
+    m_basePieces = pieces;
+    return pieces;
+}
+
+double MotorItem::relativeDisplacement() const
+{
+    double smallest = m_angularDisplacement;
+    for (const MotorItem *item : m_element->activeItems())
+        smallest = std::min(smallest, item->angularDisplacement());
+    return m_angularDisplacement - smallest;
+}
+
+Piece::Scope MotorItem::scope() const
+{
+    return m_id == Empty ? Piece::Empty : Piece::Scope(firstScope() << (m_id - 1));
+}
+
+BodyPieces::Placement MotorItem::placement(bool withDisplacement) const
+{
+    BodyPieces::Placement placement;
+    placement.upper = isUpper();
+    placement.middle = isMiddle();
+    placement.height = m_height;
+    placement.angle = withDisplacement ? qDegreesToRadians(relativeDisplacement()) : 0.0;
+    placement.scope = scope();
+    return placement;
+}
+
+bool MotorItem::canHavePieces() const
+{
+    return m_element->isScriptLoaded() && m_element->outerDiameter() > m_element->innerDiameter()
+           && document()->isConfigLoaded();
 }
 
 PieceList MotorItem::cachedPieces() const
@@ -83,4 +139,6 @@ void MotorItem::clearCashPieces()
 {
     QMutexLocker locker(&m_piecesMutex);
     m_pieces.reset();
+    QMutexLocker baseLocker(&m_baseMutex);
+    m_basePieces.reset();
 }

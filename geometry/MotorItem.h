@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "document/CoreMotorElement.h"
+#include "geometry/BodyPieces.h"
 #include "geometry/Piece.h"
 
 class Airgap;
@@ -54,9 +55,17 @@ public:
     Q_INVOKABLE virtual bool isLower() const = 0;
 
     // The pieces lie with the body's bottom at z = 0; the caller moves them to position().
+    // Without a loaded script, with diameters in the wrong order or without the
+    // configuration a body has no pieces.
     bool hasCachedPieces() const;
     void createPieces();
     PieceList cachedPieces() const;
+    // The script's pitch, prepared: what the whole body is made of.
+    PieceList basePieces();
+    // This body's angular displacement less the smallest one of the element's bodies, degrees.
+    double relativeDisplacement() const;
+    // Stator1 to Stator3 or Rotor1 to Rotor3 by the id.
+    Piece::Scope scope() const;
     // The block of a document file; false for a block of a newer program.
     void save(QDataStream &out) const;
     bool load(QDataStream &in);
@@ -75,12 +84,27 @@ protected:
     MotorElement *element() const { return m_element; }
     // The gap on the body's lower face; none for the lowest body of the stack.
     virtual Airgap *gapBelow() const = 0;
+    virtual Piece::Scope firstScope() const = 0;
+    // Whether the body may take the first body's pitch, when its height is the same.
+    virtual bool reusesFirstDrawing() const = 0;
+    // The script's result for this body, read by the element.
+    virtual QVariantMap scriptGeometry() const = 0;
+    // The pieces of the result, ready to be placed.
+    virtual PieceList prepared(PieceList pieces) const = 0;
+    // The whole body from the prepared pitch.
+    virtual PieceList builtBody(const PieceList &base) const = 0;
+    // Where the pitch goes in the stack, with the body's rules for middle bodies.
+    BodyPieces::Placement placement(bool withDisplacement) const;
 
 private:
     MotorElement *m_element;
     ID m_id;
     double m_height = 50.0;
     double m_angularDisplacement = 0.0;
+    bool canHavePieces() const;
+
     mutable QMutex m_piecesMutex;
     std::optional<PieceList> m_pieces;
+    QMutex m_baseMutex;
+    std::optional<PieceList> m_basePieces;
 };

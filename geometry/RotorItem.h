@@ -20,4 +20,9 @@ public:
 
 protected:
     Airgap *gapBelow() const override;
+    Piece::Scope firstScope() const override;
+    bool reusesFirstDrawing() const override;
+    QVariantMap scriptGeometry() const override;
+    PieceList prepared(PieceList pieces) const override;
+    PieceList builtBody(const PieceList &base) const override;
 };

@@ -23,4 +23,9 @@ signals:
 
 protected:
     Airgap *gapBelow() const override;
+    Piece::Scope firstScope() const override;
+    bool reusesFirstDrawing() const override;
+    QVariantMap scriptGeometry() const override;
+    PieceList prepared(PieceList pieces) const override;
+    PieceList builtBody(const PieceList &base) const override;
 };

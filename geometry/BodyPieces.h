@@ -1,0 +1,34 @@
+#pragma once
+
+#include "geometry/Piece.h"
+
+// The steps that turn a script's drawing of one pitch into a whole body, shared by
+// stator and rotor bodies.
+namespace BodyPieces {
+
+// A shape of two or more solids becomes one fused shape; any other stays as it is.
+servoce::shape fusedSolids(const servoce::shape &shape);
+
+// Where a pitch drawn as a lower body goes in the stack.
+struct Placement
+{
+    bool upper = false;
+    bool middle = false;
+    double height = 0.0;
+    // About the axis, radians.
+    double angle = 0.0;
+    // A middle body keeps two pieces of this kind apart instead of joining them.
+    qint32 keptKind = 0;
+    // Whether the joins of a middle body merge continuing faces.
+    bool simplifyJoins = false;
+    Piece::Scope scope = Piece::Empty;
+};
+
+// An upper body is the drawing mirrored onto its top; a middle body is the drawing
+// and its mirror joined piece by piece. Every piece gets the body's scope.
+PieceList placed(const PieceList &pitch, const Placement &placement);
+
+// The shape turned about the axis by k pitches, for k from 0 to count - 1.
+QList<servoce::shape> turnedCopies(const servoce::shape &shape, double pitch, int count);
+
+} // namespace BodyPieces

@@ -1,0 +1,184 @@
+#include <QFile>
+#include <QTemporaryDir>
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "QmlScripting/JSEngine.h"
+#include "document/Document.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "materials/MagnetMaterial.h"
+#include "materials/WindingMaterial.h"
+
+namespace {
+
+constexpr double innerRadius = 50.0;
+constexpr double outerRadius = 150.0;
+constexpr double height = 50.0;
+constexpr double slotWidth = 10.0;
+constexpr double slotDepth = 20.0;
+
+// One slot pitch, centred on +X as a sector collar is: an iron sector with a rectangular slot open at the top, and a coil in it.
+const char statorScript[] = R"(
+var StatorGeom = {};
+var stator = {};
+stator.getGeometry = function(id) {
+    var pitch = 360 / StatorObject.numberSlots;
+    var ri = StatorObject.innerRadius, ro = StatorObject.outerRadius, h = 50;
+    var disc = Geom.collar(ri, ro, h, pitch);
+    var slot = Geom.box(ro - ri + 2, 10, 20).translate(ri - 1, -5, h - 20);
+    var coil = Geom.box(ro - ri - 20, 8, 18).translate(ri + 10, -4, h - 19);
+    return { pieces: [Geom.piece(disc.difference(slot), IronMaterial()),
+                      Geom.piece(coil, WindingMaterial(1))],
+             simDomain: { inner: ri, outer: ro }, simRadialOuterDomain: ro * 1.3 };
+};
+)";
+
+// One pole pitch: an iron yoke and, on its top, a magnet over 80 % of the pitch.
+const char rotorScript[] = R"(
+var RotorGeom = {};
+var rotor = {};
+rotor.getGeometry = function(id) {
+    var pitch = 180 / RotorObject.numberPolePairs;
+    var ri = RotorObject.innerRadius, ro = RotorObject.outerRadius, h = 50;
+    var yoke = Geom.collar(ri, ro, h - 5, pitch);
+    var magnet = Geom.collar(ri + 5, ro - 5, 5, pitch * 0.8).up(h - 5);
+    return { pieces: [Geom.piece(yoke, IronMaterial()), Geom.piece(magnet, MagnetParallelMaterial(0))],
+             coefs3D: [], Nmagnetsegments: 1 };
+};
+)";
+
+// The area between two circles within |y| < a.
+double stripArea(double a, double r0, double r1)
+{
+    const auto half = [a](double r) { return a * std::sqrt(r * r - a * a) + r * r * std::asin(a / r); };
+    return half(r1) - half(r0);
+}
+
+// A document whose stator and rotor read the scripts above from a folder of their own.
+class BodyPiecesTest : public ::testing::Test
+{
+protected:
+    BodyPiecesTest()
+    {
+        // The configuration comes first, as in the program; the test's sizes then stand.
+        doc.start();
+        doc.stator()->setInnerDiameter(2 * innerRadius);
+        doc.stator()->setOuterDiameter(2 * outerRadius);
+        doc.rotor()->setInnerDiameter(2 * innerRadius);
+        doc.rotor()->setOuterDiameter(2 * outerRadius);
+        for (MotorItem *body : doc.stator()->activeItems() + doc.rotor()->activeItems())
+            body->setHeight(height);
+    }
+
+    QString write(const char *name, const char *text)
+    {
+        const QString path = folder.filePath(QLatin1String(name));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return path;
+    }
+
+    QTemporaryDir folder;
+    Document doc{nullptr};
+};
+
+double totalVolume(const PieceList &pieces)
+{
+    double volume = 0.0;
+    for (const Piece &piece : pieces)
+        volume += piece.shape().volume();
+    return volume;
+}
+
+} // namespace
+
+TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
+{
+    ASSERT_TRUE(doc.isConfigLoaded());
+    Stator *stator = doc.stator();
+    stator->setNumberSlots(6);
+    ASSERT_TRUE(stator->readScript(write("stator.js", statorScript)));
+    StatorItem *body = stator->items().at(0);
+    body->createPieces();
+    const PieceList pieces = body->cachedPieces();
+
+    const PieceList iron = pieces.ofKind(AbstractMaterial::IronKind);
+    ASSERT_EQ(iron.size(), 1) << "the iron of all pitches is one piece";
+    const double slotVolume = stripArea(slotWidth / 2, innerRadius, outerRadius) * slotDepth;
+    const double annulus = M_PI * (outerRadius * outerRadius - innerRadius * innerRadius) * height;
+    EXPECT_NEAR(iron.first().shape().volume(), annulus - 6 * slotVolume, 1e-6 * annulus);
+
+    const PieceList coils = pieces.ofKind(AbstractMaterial::WindingKind);
+    ASSERT_EQ(coils.size(), 6) << "winding pieces stay one per slot";
+    for (const Piece &coil : coils) {
+        EXPECT_NEAR(coil.shape().volume(), 80.0 * 8.0 * 18.0, 1e-6);
+        EXPECT_EQ(coil.scope(), Piece::Stator1);
+        EXPECT_EQ(static_cast<const WindingMaterial *>(coil.material().data())->layer(), 1);
+    }
+    EXPECT_EQ(iron.first().scope(), Piece::Stator1);
+    EXPECT_EQ(stator->simDomain().outer, outerRadius);
+}
+
+TEST_F(BodyPiecesTest, AnUpperRotorBodyIsMirroredAndItsPolesAlternate)
+{
+    Rotor *rotor = doc.rotor();
+    rotor->setNumberPolePairs(2);
+    ASSERT_TRUE(rotor->readScript(write("rotor.js", rotorScript)));
+    RotorItem *body = rotor->items().at(0);
+    ASSERT_TRUE(body->isUpper()) << "the rotor of a single-sided machine lies above the stator";
+    body->createPieces();
+    const PieceList pieces = body->cachedPieces();
+
+    const PieceList iron = pieces.ofKind(AbstractMaterial::IronKind);
+    ASSERT_EQ(iron.size(), 1);
+    EXPECT_NEAR(iron.first().shape().volume(),
+                M_PI * (outerRadius * outerRadius - innerRadius * innerRadius) * (height - 5), 1e-3);
+    EXPECT_NEAR(iron.first().shape().center().z, (height + 5) / 2, 1e-6) << "the yoke is on top now";
+
+    const PieceList magnets = pieces.ofKind(AbstractMaterial::MagnetKind);
+    ASSERT_EQ(magnets.size(), 4);
+    const double magnetVolume = 0.8 * (M_PI / 2) / 2 * (145.0 * 145.0 - 55.0 * 55.0) * 5;
+    for (int k = 0; k < magnets.size(); ++k) {
+        EXPECT_NEAR(magnets.at(k).shape().volume(), magnetVolume, 1e-6 * magnetVolume);
+        EXPECT_NEAR(magnets.at(k).shape().center().z, 2.5, 1e-6) << "the magnets face the gap below";
+        const auto *magnet = dynamic_cast<const MagnetMaterial *>(magnets.at(k).material().data());
+        ASSERT_NE(magnet, nullptr);
+        const auto *first = dynamic_cast<const MagnetMaterial *>(magnets.at(0).material().data());
+        EXPECT_EQ(magnet->direction == first->direction, k % 2 == 0) << "pole " << k;
+    }
+}
+
+TEST_F(BodyPiecesTest, BodiesHaveNoPiecesWithoutAScriptOrWithDiametersInTheWrongOrder)
+{
+    Stator *stator = doc.stator();
+    StatorItem *body = stator->items().at(0);
+    body->createPieces();
+    EXPECT_TRUE(body->cachedPieces().isEmpty());
+
+    ASSERT_TRUE(stator->readScript(write("stator.js", statorScript)));
+    stator->setInnerDiameter(2 * outerRadius);
+    body->createPieces();
+    EXPECT_TRUE(body->cachedPieces().isEmpty());
+    EXPECT_TRUE(body->basePieces().isEmpty());
+}
+
+TEST_F(BodyPiecesTest, ABodyOfTheFirstOnesHeightReusesItsPitch)
+{
+    doc.setMachineType(Machine::SRS);
+    Stator *stator = doc.stator();
+    ASSERT_EQ(stator->countItems(), 2);
+    ASSERT_TRUE(stator->readScript(write("stator.js", R"(
+        var StatorGeom = {}; var stator = { calls: 0 };
+        stator.getGeometry = function(id) { stator.calls += 1; return Geom.box(10, 10, 10); };)")));
+    const PieceList second = stator->items().at(1)->basePieces();
+    ASSERT_EQ(second.size(), 1);
+    EXPECT_EQ(second.first().scope(), Piece::Stator2);
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("stator.calls")).toInt(), 1);
+
+    stator->items().at(1)->setHeight(40.0);
+    stator->items().at(1)->basePieces();
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("stator.calls")).toInt(), 2)
+        << "with a height of its own the second body calls for itself";
+}
