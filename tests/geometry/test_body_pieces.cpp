@@ -18,7 +18,8 @@ constexpr double height = 50.0;
 constexpr double slotWidth = 10.0;
 constexpr double slotDepth = 20.0;
 
-// One slot pitch, centred on +X as a sector collar is: an iron sector with a rectangular slot open at the top, and a coil in it.
+// One slot pitch, centred on +X as a sector collar is: an iron sector with a rectangular slot
+// open at the top, and a coil in it.
 const char statorScript[] = R"(
 var StatorGeom = {};
 var stator = {};
