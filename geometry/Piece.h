@@ -43,6 +43,7 @@ public:
     const servoce::shape &shape() const { return m_shape; }
     void setShape(const servoce::shape &shape) { m_shape = shape; }
     QSharedPointer<AbstractMaterial> material() const { return m_material; }
+    void setMaterial(const QSharedPointer<AbstractMaterial> &material) { m_material = material; }
     Scope scope() const { return m_scope; }
     void setScope(Scope scope) { m_scope = scope; }
     // The kind of the material; the empty kind without one.

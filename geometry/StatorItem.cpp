@@ -2,14 +2,20 @@
 
 #include <QDebug>
 #include <QtMath>
+#include <algorithm>
 #include <optional>
 #include <vector>
 
 #include "document/Document.h"
 #include "document/Tbb.h"
+#include "QmlScripting/ScriptConsole.h"
+#include "geometry/Rotor.h"
+#include "geometry/SlotWindingPieces.h"
 #include "geometry/Stator.h"
 #include "geometry/servoce/boolops.h"
+#include "geometry/servoce/solid.h"
 #include "materials/AbstractMaterial.h"
+#include "winding/WindingObject.h"
 
 namespace {
 
@@ -126,12 +132,74 @@ PieceList StatorItem::prepared(PieceList pieces) const
     return pieces;
 }
 
+PieceList StatorItem::withToothInTheMiddle(const PieceList &base) const
+{
+    const PieceList windings = base.ofKind(AbstractMaterial::WindingKind);
+    if (windings.size() != 1)
+        return base;
+    const double y = windings.first().shape().center().y;
+    const double delta = stator()->slotAngleSpan() / 20.0;
+    const bool onTheAxis = (y > -delta || qFuzzyCompare(y, -delta)) && y < delta;
+    if (!onTheAxis)
+        return base;
+
+    // The coil lies across the pitch's middle: the pitch is cut there, and its halves
+    // change places, so that the coil's halves lie at the pitch's edges.
+    const double half = qDegreesToRadians(stator()->slotAngleSpan()) / 2.0;
+    const double radius = 1.1 * std::max(stator()->outerDiameter(), document()->rotor()->outerDiameter()) * 0.5;
+    const servoce::shape sector = servoce::cylinder(radius, height(), half, false);
+    PieceList pieces = base;
+    tbb::parallel_for(0, pieces.size(), [&](int i) {
+        const servoce::shape cut = servoce::make_intersect(pieces.at(i).shape(), sector, false);
+        if (!cut.is_empty())
+            pieces[i].setShape(cut);
+    });
+    pieces.rotate(-half);
+    PieceList mirrored;
+    for (const Piece &piece : qAsConst(pieces))
+        mirrored << Piece(piece.shape().transformed(servoce::mirrorXZ()), piece.material()->clone(), piece.scope());
+    pieces << mirrored;
+
+    // Winding pieces stay apart; the halves of every other kind become one piece again.
+    QList<qint32> kinds;
+    for (const Piece &piece : qAsConst(pieces)) {
+        if (piece.kind() != AbstractMaterial::WindingKind && !kinds.contains(piece.kind()))
+            kinds << piece.kind();
+    }
+    for (qint32 kind : qAsConst(kinds))
+        fuseKind(pieces, kind);
+    return pieces;
+}
+
+SlotWindingPieces StatorItem::windingNumbering() const
+{
+    const WindingObject *winding = document()->winding();
+    SlotWindingPieces::Build build;
+    build.id = id();
+    build.middle = isMiddle();
+    build.middleType = stator()->typeMiddleItem();
+    build.numberLayers = winding->numberLayers();
+    build.orientation = winding->layersOrientation();
+    build.windingType = winding->type();
+    build.displacement = qDegreesToRadians(relativeDisplacement());
+    return SlotWindingPieces(build, [this](const QString &message) {
+        qCritical().noquote() << message;
+        stator()->console()->error(message);
+    });
+}
+
 PieceList StatorItem::builtBody(const PieceList &base) const
 {
     BodyPieces::Placement where = placement(true);
     where.keptKind = AbstractMaterial::WindingKind;
     where.simplifyJoins = true;
-    const PieceList pitch = BodyPieces::placed(base, where);
+    const SlotWindingPieces numbering = windingNumbering();
+    PieceList pitch = BodyPieces::placed(withToothInTheMiddle(base), where);
+    const PieceList pitchWindings = numbering.numberedPitch(pitch.ofKind(AbstractMaterial::WindingKind));
+    pitch.erase(std::remove_if(pitch.begin(), pitch.end(),
+                               [](const Piece &piece) { return piece.kind() == AbstractMaterial::WindingKind; }),
+                pitch.end());
+    pitch << pitchWindings;
     const int slotCount = stator()->numberSlots();
     const double slotPitch = 2.0 * M_PI / slotCount;
 
@@ -163,7 +231,9 @@ PieceList StatorItem::builtBody(const PieceList &base) const
             body << *piece;
     }
     fuseKind(body, AbstractMaterial::GeneralKind);
+    PieceList bodyWindings;
     for (const PieceList &slotWindings : windings)
-        body << slotWindings;
+        bodyWindings << slotWindings;
+    body << numbering.numberedBody(bodyWindings, slotCount);
     return body;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "geometry/MotorItem.h"
+#include "geometry/SlotWindingPieces.h"
 
 class Stator;
 
@@ -28,4 +29,10 @@ protected:
     QVariantMap scriptGeometry() const override;
     PieceList prepared(PieceList pieces) const override;
     PieceList builtBody(const PieceList &base) const override;
+
+private:
+    // A pitch whose only coil lies across its middle is redrawn with a tooth there.
+    PieceList withToothInTheMiddle(const PieceList &base) const;
+    // The layers of the winding pieces by this body's place and the winding.
+    SlotWindingPieces windingNumbering() const;
 };

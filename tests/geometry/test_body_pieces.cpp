@@ -7,6 +7,7 @@
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
+#include "winding/WindingObject.h"
 #include "materials/MagnetMaterial.h"
 #include "materials/WindingMaterial.h"
 
@@ -100,6 +101,7 @@ TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
     ASSERT_TRUE(doc.isConfigLoaded());
     Stator *stator = doc.stator();
     stator->setNumberSlots(6);
+    doc.winding()->setNumberLayers(1);
     ASSERT_TRUE(stator->readScript(write("stator.js", statorScript)));
     StatorItem *body = stator->items().at(0);
     body->createPieces();
@@ -112,7 +114,7 @@ TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
     EXPECT_NEAR(iron.first().shape().volume(), annulus - 6 * slotVolume, 1e-6 * annulus);
 
     const PieceList coils = pieces.ofKind(AbstractMaterial::WindingKind);
-    ASSERT_EQ(coils.size(), 6) << "winding pieces stay one per slot";
+    ASSERT_EQ(coils.size(), 6) << "the coil across the pitch is cut in halves, which join again in each slot";
     for (const Piece &coil : coils) {
         EXPECT_NEAR(coil.shape().volume(), 80.0 * 8.0 * 18.0, 1e-6);
         EXPECT_EQ(coil.scope(), Piece::Stator1);

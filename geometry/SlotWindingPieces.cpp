@@ -1,0 +1,172 @@
+#include "geometry/SlotWindingPieces.h"
+
+#include "geometry/servoce/boolops.h"
+#include "materials/WindingMaterial.h"
+
+namespace {
+
+bool isEven(int k)
+{
+    return k % 2 == 0;
+}
+
+PieceList withLayer(PieceList pieces, int layer)
+{
+    for (Piece &piece : pieces) {
+        QSharedPointer<AbstractMaterial> material = piece.material()->clone();
+        static_cast<WindingMaterial *>(material.data())->setLayer(layer);
+        piece.setMaterial(material);
+    }
+    return pieces;
+}
+
+// Pieces 2i and 2i + 1 become one, with the first one's material and scope.
+PieceList joinedPairs(const PieceList &pieces)
+{
+    PieceList joined;
+    for (int i = 0; i + 1 < pieces.size(); i += 2) {
+        const Piece &a = pieces.at(i);
+        joined << Piece(servoce::make_union(a.shape(), pieces.at(i + 1).shape(), true), a.material()->clone(),
+                        a.scope());
+    }
+    return joined;
+}
+
+} // namespace
+
+SlotWindingPieces::SlotWindingPieces(const Build &build, Report report)
+    : m_build(build)
+    , m_report(std::move(report))
+{
+}
+
+PieceList SlotWindingPieces::numberedPitch(PieceList pieces) const
+{
+    pieces = sorted(pieces);
+    if (!pitchCountFits(pieces.size())) {
+        reportCount(pitchReportedCount());
+        return pieces;
+    }
+    if (pitchJoinsPairs(pieces.size()))
+        pieces = joinedPairs(pieces);
+    PieceList numbered;
+    for (int k = 0; k < pieces.size(); ++k)
+        numbered << withLayer({pieces.at(k)}, pitchLayerOf(k));
+    return numbered;
+}
+
+PieceList SlotWindingPieces::numberedBody(PieceList pieces, int slotCount) const
+{
+    pieces = sorted(withLayer(pieces, -1));
+    const int perSlot = slotCount > 0 ? pieces.size() / slotCount : 0;
+    if (!bodyCountFits(perSlot)) {
+        reportCount(perSlot);
+        return pieces;
+    }
+    return bodyLayers(pieces, perSlot);
+}
+
+PieceList SlotWindingPieces::sorted(PieceList pieces) const
+{
+    pieces.rotate(-m_build.displacement);
+    pieces.sortByHeightAndAngle();
+    pieces.rotate(m_build.displacement);
+    return pieces;
+}
+
+void SlotWindingPieces::reportCount(int count) const
+{
+    m_report(tr("Geometry script of stator%1 must return %2 winding piece for %3, %4 orientation")
+                 .arg(m_build.id)
+                 .arg(count)
+                 .arg(Winding::numberLayersString(m_build.numberLayers), Winding::toString(m_build.orientation)));
+}
+
+bool SlotWindingPieces::pitchCountFits(int count) const
+{
+    const bool twoLayers = m_build.numberLayers == 2;
+    const bool upperLower = m_build.orientation == Winding::UpperLower;
+    if (!m_build.middle) {
+        if (!twoLayers)
+            return count == 1 || count == 2;
+        return count == (upperLower ? 4 : 2) || m_build.id == 3;
+    }
+    if (m_build.middleType == MotorElement::Yoke)
+        return count == (twoLayers && upperLower ? 8 : 4);
+    if (!twoLayers)
+        return count == 1 || count == 4;
+    return count == 4;
+}
+
+bool SlotWindingPieces::pitchJoinsPairs(int count) const
+{
+    if (!m_build.middle || m_build.middleType != MotorElement::Yokeless)
+        return false;
+    if (m_build.numberLayers == 2)
+        return m_build.orientation == Winding::LeftRight;
+    return count == 4;
+}
+
+int SlotWindingPieces::pitchLayerOf(int k) const
+{
+    const bool upperLower = m_build.orientation == Winding::UpperLower;
+    if (m_build.numberLayers != 2) {
+        const bool toroidalYoke = m_build.middle && m_build.middleType == MotorElement::Yoke
+                                  && m_build.windingType == Winding::Toroidal;
+        return toroidalYoke ? k / 2 + 1 : 1;
+    }
+    if (!upperLower)
+        return isEven(k) ? 2 : 1;
+    if (m_build.middle && m_build.middleType == MotorElement::Yoke)
+        return (k / 2) % 2 + 1;
+    return k / 2 + 1;
+}
+
+int SlotWindingPieces::pitchReportedCount() const
+{
+    const bool upperLowerPair = m_build.numberLayers == 2 && m_build.orientation == Winding::UpperLower;
+    if (!m_build.middle && upperLowerPair)
+        return 4;
+    if (m_build.middle && m_build.middleType == MotorElement::Yoke && upperLowerPair)
+        return 4;
+    return 2;
+}
+
+bool SlotWindingPieces::bodyCountFits(int perSlot) const
+{
+    const bool twoLayers = m_build.numberLayers == 2;
+    const bool upperLower = m_build.orientation == Winding::UpperLower;
+    const bool yokeMiddle = m_build.middle && m_build.middleType == MotorElement::Yoke;
+    if (!twoLayers)
+        return yokeMiddle ? perSlot == 4 : perSlot == 1 || perSlot == 2;
+    if (!m_build.middle)
+        return perSlot == (upperLower ? 4 : 2) || m_build.id == 3;
+    if (yokeMiddle)
+        return perSlot == (upperLower ? 8 : 4);
+    return perSlot == (upperLower ? 4 : 2);
+}
+
+PieceList SlotWindingPieces::bodyLayers(const PieceList &pieces, int perSlot) const
+{
+    const bool twoLayers = m_build.numberLayers == 2;
+    if (twoLayers && m_build.orientation == Winding::LeftRight) {
+        PieceList numbered;
+        for (int k = 0; k < pieces.size(); ++k)
+            numbered << withLayer({pieces.at(k)}, isEven(k) ? 2 : 1);
+        return numbered;
+    }
+    const bool yokeMiddle = m_build.middle && m_build.middleType == MotorElement::Yoke;
+    if (twoLayers || (yokeMiddle && m_build.windingType == Winding::Toroidal)) {
+        // The lower half of the sorted pieces is one layer, the upper half the other.
+        const int middle = pieces.size() / 2;
+        PieceList lower;
+        PieceList upper;
+        for (int k = 0; k < pieces.size(); ++k)
+            (k < middle ? lower : upper) << pieces.at(k);
+        PieceList numbered = withLayer(joinedPairs(lower), 1);
+        numbered << withLayer(joinedPairs(upper), 2);
+        return numbered;
+    }
+    const bool halvesOfSides = yokeMiddle || perSlot == 2;
+    return withLayer(halvesOfSides ? joinedPairs(pieces) : pieces, 1);
+}

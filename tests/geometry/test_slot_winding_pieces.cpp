@@ -1,0 +1,119 @@
+#include <QSharedPointer>
+#include <QtMath>
+#include <cmath>
+#include <gtest/gtest.h>
+
+#include "geometry/SlotWindingPieces.h"
+#include "geometry/servoce/solid.h"
+#include "materials/WindingMaterial.h"
+
+namespace {
+
+// A coil side: a small box at radius 100, at a polar angle in degrees and a height.
+Piece side(double degrees, double z = 0.0, double width = 2.0)
+{
+    const double a = qDegreesToRadians(degrees);
+    return Piece(servoce::box(4.0, width, 4.0, true).translated(100.0 * std::cos(a), 100.0 * std::sin(a), z),
+                 QSharedPointer<WindingMaterial>::create(7));
+}
+
+int layerOf(const Piece &piece)
+{
+    return static_cast<const WindingMaterial *>(piece.material().data())->layer();
+}
+
+double angleOf(const Piece &piece)
+{
+    const servoce::point3 c = piece.shape().center();
+    const double degrees = qRadiansToDegrees(std::atan2(c.y, c.x));
+    return degrees < 0.0 ? degrees + 360.0 : degrees;
+}
+
+// Numbering with the messages it reports collected.
+struct Numbering
+{
+    explicit Numbering(const SlotWindingPieces::Build &build)
+        : pieces(build, [this](const QString &message) { messages << message; })
+    {
+    }
+
+    QStringList messages;
+    SlotWindingPieces pieces;
+};
+
+SlotWindingPieces::Build build(int layers, Winding::LayersOrientation orientation, bool middle = false,
+                               MotorElement::MiddleType type = MotorElement::Yoke)
+{
+    SlotWindingPieces::Build b;
+    b.numberLayers = layers;
+    b.orientation = orientation;
+    b.middle = middle;
+    b.middleType = type;
+    return b;
+}
+
+} // namespace
+
+TEST(SlotWindingPieces, LeftAndRightSidesAreTheTwoLayersOfADoubleLayerSlot)
+{
+    Numbering numbering(build(2, Winding::LeftRight));
+    const PieceList pitch = numbering.pieces.numberedPitch({side(-3.0), side(3.0)});
+    ASSERT_EQ(pitch.size(), 2);
+    EXPECT_NEAR(angleOf(pitch.at(0)), 3.0, 1e-9);
+    EXPECT_EQ(layerOf(pitch.at(0)), 2) << "the smaller polar angle is layer 2";
+    EXPECT_EQ(layerOf(pitch.at(1)), 1);
+    EXPECT_TRUE(numbering.messages.isEmpty());
+}
+
+TEST(SlotWindingPieces, UpperAndLowerHalvesFollowTheHeight)
+{
+    Numbering numbering(build(2, Winding::UpperLower));
+    const PieceList pitch =
+        numbering.pieces.numberedPitch({side(14.0, 10.0), side(-14.0, 0.0), side(-14.0, 10.0), side(14.0, 0.0)});
+    ASSERT_EQ(pitch.size(), 4);
+    for (int k = 0; k < 4; ++k)
+        EXPECT_EQ(layerOf(pitch.at(k)), pitch.at(k).shape().center().z < 5.0 ? 1 : 2) << k;
+}
+
+TEST(SlotWindingPieces, AWrongCountIsReportedAndLeavesThePieces)
+{
+    Numbering numbering(build(2, Winding::UpperLower));
+    const PieceList pitch = numbering.pieces.numberedPitch({side(-3.0), side(3.0)});
+    ASSERT_EQ(numbering.messages.size(), 1);
+    EXPECT_EQ(numbering.messages.first(),
+              QStringLiteral("Geometry script of stator1 must return 4 winding piece for Double layer, Upper / Lower "
+                             "orientation"));
+    ASSERT_EQ(pitch.size(), 2);
+    EXPECT_EQ(layerOf(pitch.at(0)), 7);
+}
+
+TEST(SlotWindingPieces, AYokelessMiddleBodyJoinsTheSidesOfBothFaces)
+{
+    Numbering numbering(build(2, Winding::LeftRight, true, MotorElement::Yokeless));
+    // Each side stands on both faces of the body: pieces that touch at z = 0.
+    const PieceList pitch =
+        numbering.pieces.numberedPitch({side(-3.0, -2.0), side(-3.0, 2.0), side(3.0, -2.0), side(3.0, 2.0)});
+    ASSERT_EQ(pitch.size(), 2);
+    EXPECT_NEAR(pitch.at(0).shape().volume(), 2 * 4.0 * 2.0 * 4.0, 1e-6);
+    EXPECT_EQ(layerOf(pitch.at(0)) + layerOf(pitch.at(1)), 3);
+}
+
+TEST(SlotWindingPieces, HalvesOfEachSlotJoinOverTheWholeBody)
+{
+    Numbering numbering(build(1, Winding::UpperLower));
+    // Six slots at 30, 90, ... degrees, each with its two halves on either side.
+    PieceList halves;
+    for (int slot = 0; slot < 6; ++slot) {
+        halves << side(30.0 + 60.0 * slot - 0.5, 0.0, 1.0) << side(30.0 + 60.0 * slot + 0.5, 0.0, 1.0);
+    }
+    const PieceList body = numbering.pieces.numberedBody(halves, 6);
+    ASSERT_EQ(body.size(), 6);
+    for (const Piece &coil : body) {
+        EXPECT_EQ(layerOf(coil), 1);
+        EXPECT_NEAR(std::fmod(angleOf(coil) - 30.0 + 360.0, 60.0), 0.0, 0.05);
+    }
+
+    halves << side(1.0) << side(2.0) << side(3.0) << side(4.0) << side(5.0) << side(6.0);
+    EXPECT_EQ(numbering.pieces.numberedBody(halves, 6).size(), 18);
+    EXPECT_TRUE(numbering.messages.last().contains(QStringLiteral("must return 3 winding piece")));
+}
