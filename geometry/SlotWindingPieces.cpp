@@ -1,5 +1,7 @@
 #include "geometry/SlotWindingPieces.h"
 
+#include <algorithm>
+
 #include "geometry/servoce/boolops.h"
 #include "materials/WindingMaterial.h"
 
@@ -10,13 +12,19 @@ bool isEven(int k)
     return k % 2 == 0;
 }
 
+// Each piece gets its own copy of its material, changed.
+template <typename Change>
+void changeMaterial(Piece &piece, Change change)
+{
+    QSharedPointer<AbstractMaterial> material = piece.material()->clone();
+    change(static_cast<WindingMaterial &>(*material));
+    piece.setMaterial(material);
+}
+
 PieceList withLayer(PieceList pieces, int layer)
 {
-    for (Piece &piece : pieces) {
-        QSharedPointer<AbstractMaterial> material = piece.material()->clone();
-        static_cast<WindingMaterial *>(material.data())->setLayer(layer);
-        piece.setMaterial(material);
-    }
+    for (Piece &piece : pieces)
+        changeMaterial(piece, [layer](WindingMaterial &material) { material.setLayer(layer); });
     return pieces;
 }
 
@@ -45,14 +53,14 @@ PieceList SlotWindingPieces::numberedPitch(PieceList pieces) const
     pieces = sorted(pieces);
     if (!pitchCountFits(pieces.size())) {
         reportCount(pitchReportedCount());
-        return pieces;
+        return withLayouts(pieces);
     }
     if (pitchJoinsPairs(pieces.size()))
         pieces = joinedPairs(pieces);
     PieceList numbered;
     for (int k = 0; k < pieces.size(); ++k)
         numbered << withLayer({pieces.at(k)}, pitchLayerOf(k));
-    return numbered;
+    return withLayouts(numbered);
 }
 
 PieceList SlotWindingPieces::numberedBody(PieceList pieces, int slotCount) const
@@ -61,9 +69,9 @@ PieceList SlotWindingPieces::numberedBody(PieceList pieces, int slotCount) const
     const int perSlot = slotCount > 0 ? pieces.size() / slotCount : 0;
     if (!bodyCountFits(perSlot)) {
         reportCount(perSlot);
-        return pieces;
+        return withSlots(withLayouts(pieces));
     }
-    return bodyLayers(pieces, perSlot);
+    return withSlots(withLayouts(bodyLayers(pieces, perSlot)));
 }
 
 PieceList SlotWindingPieces::sorted(PieceList pieces) const
@@ -169,4 +177,51 @@ PieceList SlotWindingPieces::bodyLayers(const PieceList &pieces, int perSlot) co
     }
     const bool halvesOfSides = yokeMiddle || perSlot == 2;
     return withLayer(halvesOfSides ? joinedPairs(pieces) : pieces, 1);
+}
+
+PieceList SlotWindingPieces::withLayouts(PieceList pieces) const
+{
+    for (int k = 0; k < pieces.size(); ++k) {
+        const int layout = layoutOf(k, pieces.size());
+        changeMaterial(pieces[k], [layout](WindingMaterial &material) { material.setLayout(layout); });
+    }
+    return pieces;
+}
+
+int SlotWindingPieces::layoutOf(int k, int count) const
+{
+    const bool facesApart = m_build.middleType == MotorElement::Yoke && m_build.windingType == Winding::Planar;
+    const int face = count >= 2 ? k / (count / 2) : 0;
+    switch (m_build.machine) {
+    case Machine::SRSRS:
+        if (m_build.id == 2)
+            return facesApart ? face + 2 : 2;
+        return m_build.id == 3 ? (facesApart ? 4 : 3) : 1;
+    case Machine::RSR:
+        return facesApart ? face + 1 : 1;
+    case Machine::RSRSR:
+        return facesApart ? 2 * m_build.id - 1 + face : m_build.id;
+    case Machine::SR:
+    case Machine::SRS:
+    case Machine::UnknownType:
+        break;
+    }
+    return m_build.id;
+}
+
+PieceList SlotWindingPieces::withSlots(PieceList pieces) const
+{
+    const bool yoke = m_build.middleType == MotorElement::Yoke;
+    const bool bothFaces = yoke
+                           && (m_build.machine == Machine::RSR || m_build.machine == Machine::RSRSR
+                               || (m_build.machine == Machine::SRSRS && m_build.id == 2));
+    const int perSlot = std::max(1, m_build.numberLayers * (bothFaces ? 2 : 1));
+    pieces.rotate(-m_build.displacement);
+    pieces.sortByAngle();
+    pieces.rotate(m_build.displacement);
+    for (int k = 0; k < pieces.size(); ++k) {
+        const int slot = k / perSlot + 1;
+        changeMaterial(pieces[k], [slot](WindingMaterial &material) { material.setSlot(slot); });
+    }
+    return pieces;
 }

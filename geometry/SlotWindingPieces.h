@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <functional>
 
+#include "document/Machine.h"
 #include "geometry/MotorElement.h"
 #include "geometry/Piece.h"
 #include "winding/Winding.h"
@@ -17,6 +18,7 @@ class SlotWindingPieces
 public:
     struct Build
     {
+        Machine::Type machine = Machine::SR;
         int id = 1;
         bool middle = false;
         MotorElement::MiddleType middleType = MotorElement::Yoke;
@@ -31,9 +33,10 @@ public:
 
     SlotWindingPieces(const Build &build, Report report);
 
-    // A count of pieces that does not fit the build is reported, and the pieces stay as they are.
+    // Layers and layouts. A count of pieces that does not fit the build is reported, and
+    // the pieces keep their layers.
     PieceList numberedPitch(PieceList pieces) const;
-    // The same over all slots, once the pitch is turned round the body.
+    // The same over all slots, once the pitch is turned round the body, and slot numbers.
     PieceList numberedBody(PieceList pieces, int slotCount) const;
 
 private:
@@ -47,6 +50,13 @@ private:
 
     bool bodyCountFits(int perSlot) const;
     PieceList bodyLayers(const PieceList &pieces, int perSlot) const;
+
+    // Which coil layout of the machine each piece belongs to: a body between two gaps may
+    // carry one layout on each face.
+    PieceList withLayouts(PieceList pieces) const;
+    int layoutOf(int k, int count) const;
+    // Slots are numbered round the body, each holding one piece per layer and face.
+    PieceList withSlots(PieceList pieces) const;
 
     Build m_build;
     Report m_report;

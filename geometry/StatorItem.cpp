@@ -175,6 +175,7 @@ SlotWindingPieces StatorItem::windingNumbering() const
 {
     const WindingObject *winding = document()->winding();
     SlotWindingPieces::Build build;
+    build.machine = document()->machineType();
     build.id = id();
     build.middle = isMiddle();
     build.middleType = stator()->typeMiddleItem();

@@ -117,3 +117,25 @@ TEST(SlotWindingPieces, HalvesOfEachSlotJoinOverTheWholeBody)
     EXPECT_EQ(numbering.pieces.numberedBody(halves, 6).size(), 18);
     EXPECT_TRUE(numbering.messages.last().contains(QStringLiteral("must return 3 winding piece")));
 }
+
+TEST(SlotWindingPieces, AMiddleBodyWithAYokeCarriesOneLayoutOnEachFace)
+{
+    SlotWindingPieces::Build rules = build(1, Winding::UpperLower, true, MotorElement::Yoke);
+    rules.machine = Machine::RSR;
+    Numbering numbering(rules);
+    // Three slots; on each face the two halves of every coil side.
+    PieceList halves;
+    for (double z : {2.0, 22.0}) {
+        for (int slot = 0; slot < 3; ++slot)
+            halves << side(60.0 + 120.0 * slot - 0.5, z, 1.0) << side(60.0 + 120.0 * slot + 0.5, z, 1.0);
+    }
+    const PieceList body = numbering.pieces.numberedBody(halves, 3);
+    ASSERT_EQ(body.size(), 6);
+    EXPECT_TRUE(numbering.messages.isEmpty()) << numbering.messages.join('\n').toStdString();
+    for (const Piece &coil : body) {
+        const auto *material = static_cast<const WindingMaterial *>(coil.material().data());
+        EXPECT_EQ(material->layout(), coil.shape().center().z < 10.0 ? 1 : 2) << "each face is a layout of its own";
+        EXPECT_EQ(material->slot(), int(std::lround((angleOf(coil) - 60.0) / 120.0)) + 1)
+            << "both faces of a slot share its number";
+    }
+}
