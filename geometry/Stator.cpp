@@ -105,8 +105,19 @@ void Stator::takeSimDomain(const QVariantMap &result)
     }
 }
 
+void Stator::askScriptForDomain() const
+{
+    // The bodies' pitches call the script, whose results tell the domain.
+    for (MotorItem *item : activeItems()) {
+        if (!m_simDomainUnknown)
+            return;
+        item->basePieces();
+    }
+}
+
 const SimDomain &Stator::simDomain() const
 {
+    askScriptForDomain();
     if (m_simDomainUnknown) {
         qWarning() << "Use default simDomain";
         m_simDomain.inner = innerDiameter() * 0.5;
@@ -117,6 +128,7 @@ const SimDomain &Stator::simDomain() const
 
 double Stator::simRadialOuterDomain() const
 {
+    askScriptForDomain();
     if (!m_simDomainUnknown)
         return m_simRadialOuterDomain;
     console()->warn(tr("Use default simRadialOuterDomain"));

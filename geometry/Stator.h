@@ -79,6 +79,7 @@ protected:
 private:
     // The domain must be the same for every body: a change from one call to the next is warned of.
     void takeSimDomain(const QVariantMap &result);
+    void askScriptForDomain() const;
 
     int m_numberSlots = 6;
     double m_windingTemperature = 20.0;

@@ -124,6 +124,14 @@ TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
     EXPECT_EQ(stator->simDomain().outer, outerRadius);
 }
 
+TEST_F(BodyPiecesTest, TheSimulationDomainIsAskedOfTheScriptWhenFirstNeeded)
+{
+    Stator *stator = doc.stator();
+    ASSERT_TRUE(stator->readScript(write("stator.js", statorScript)));
+    EXPECT_EQ(stator->simDomain().inner, innerRadius);
+    EXPECT_EQ(doc.rotor()->simRadialOuterDomain(), outerRadius * 1.3);
+}
+
 TEST_F(BodyPiecesTest, AnUpperRotorBodyIsMirroredAndItsPolesAlternate)
 {
     Rotor *rotor = doc.rotor();
