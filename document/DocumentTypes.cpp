@@ -36,6 +36,8 @@ void registerDocumentTypes()
         qRegisterMetaType<Machine::Type>("Document::MachineType");
         qRegisterMetaType<MotorElement::MiddleType>("MotorElement::MiddleType");
         qRegisterMetaType<PoleArrangement::Type>("PoleArrangement::Type");
+        // Scripts get bodies from their element.
+        qRegisterMetaType<MotorItem *>("MotorItem*");
         Magnetization::registerMetaType();
         registerWindingTypes();
         registerAnalysisTypes();

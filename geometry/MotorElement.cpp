@@ -144,6 +144,12 @@ QString MotorElement::geometryErrorText() const
                             objectName(), geometryErrorMessage);
 }
 
+MotorItem *MotorElement::item(const QJSValue &jsv) const
+{
+    const int id = jsv.isNumber() ? jsv.toInt() : MotorItem::Empty;
+    return id >= MotorItem::ID1 && id <= MotorItem::ID3 ? m_items.at(id - 1) : m_spareItem;
+}
+
 bool MotorElement::isLower(MotorItem::ID id) const
 {
     return id >= MotorItem::ID1 && id <= MotorItem::ID3 && m_items.at(id - 1)->isLower();

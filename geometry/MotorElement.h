@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJSValue>
 #include <QList>
 #include <QMetaMethod>
 #include <QRecursiveMutex>
@@ -104,6 +105,8 @@ public:
     MaterialErrors materialErrors() const { return m_materialErrors; }
     QString geometryErrorText() const;
 
+    // The body of that id, 1 to 3; for any other value a spare body that is no part of the machine.
+    Q_INVOKABLE MotorItem *item(const QJSValue &jsv) const;
     Q_INVOKABLE bool isLower(MotorItem::ID id) const;
     Q_INVOKABLE bool isMiddle(MotorItem::ID id) const;
     Q_INVOKABLE bool isUpper(MotorItem::ID id) const;
@@ -136,6 +139,8 @@ protected:
     {
         for (int id = MotorItem::ID1; id <= MotorItem::ID3; ++id)
             m_items.append(new Item(element, MotorItem::ID(id)));
+        m_spareItem = new Item(element, MotorItem::Empty);
+        m_spareItem->blockSignals(true);
         activateItems();
     }
 
@@ -221,6 +226,8 @@ private:
     ScriptObject *m_scriptObject;
     int m_countItems;
     QVector<MotorItem *> m_items;
+    // What scripts get for an id that names no body: it belongs to no machine.
+    MotorItem *m_spareItem = nullptr;
     double m_ironStacking = 0.9;
     QString m_ironMaterial;
 };

@@ -106,6 +106,19 @@ TEST_F(ElementScriptTest, TheScriptsVariablesBecomePropertiesOfTheScriptObject)
     EXPECT_EQ(changed.size(), 1);
 }
 
+TEST_F(ElementScriptTest, ScriptsReachTheBodiesByIdAndASpareOneOtherwise)
+{
+    ASSERT_TRUE(read(QString()));
+    stator->items().at(1)->setHeight(33.0);
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("StatorObject.item(2).height")).toNumber(), 33.0);
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("StatorObject.item(StatorItem.ID1).objectName")).toString(),
+              QStringLiteral("statorItem1"));
+    const QJSValue spare = stator->engine()->evaluate(QStringLiteral("StatorObject.item(7)"));
+    ASSERT_TRUE(spare.isQObject());
+    EXPECT_EQ(spare.toQObject(), stator->engine()->evaluate(QStringLiteral("StatorObject.item('x')")).toQObject());
+    EXPECT_FALSE(stator->items().contains(qobject_cast<StatorItem *>(spare.toQObject())));
+}
+
 TEST_F(ElementScriptTest, GeometryCallsTheScriptWithTheBodysIdAndReadsItsPieces)
 {
     ASSERT_TRUE(read(QStringLiteral(
