@@ -1,5 +1,12 @@
 #include "geometry/BodyPieces.h"
 
+#include <QtMath>
+#include <algorithm>
+#include <cmath>
+
+#include "document/Tbb.h"
+#include "geometry/servoce/solid.h"
+
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/trans.h"
 #include "materials/AbstractMaterial.h"
@@ -15,6 +22,25 @@ servoce::shape fusedSolids(const servoce::shape &shape)
 }
 
 namespace {
+
+bool boxesMeet(const servoce::boundbox &a, const servoce::boundbox &b)
+{
+    return a.xmin <= b.xmax && b.xmin <= a.xmax && a.ymin <= b.ymax && b.ymin <= a.ymax && a.zmin <= b.zmax
+           && b.zmin <= a.zmax;
+}
+
+bool mayTouch(const Piece &a, const Piece &b)
+{
+    const auto isPair = [](qint32 first, qint32 second) {
+        return first == AbstractMaterial::WindingKind && second == AbstractMaterial::EndturnKind;
+    };
+    return isPair(a.kind(), b.kind()) || isPair(b.kind(), a.kind());
+}
+
+QVector<servoce::shape> collected(const tbb::concurrent_vector<servoce::shape> &shapes)
+{
+    return QVector<servoce::shape>(shapes.begin(), shapes.end());
+}
 
 // The drawing and its mirror, joined piece by piece; two pieces of the kept kind stay apart.
 PieceList joinedWithMirror(const PieceList &pitch, const Placement &placement)
@@ -60,6 +86,52 @@ QList<servoce::shape> turnedCopies(const servoce::shape &shape, double pitch, in
     for (int k = 1; k < count; ++k)
         copies << shape.transformed(servoce::rotateZ(k * pitch));
     return copies;
+}
+
+QVector<servoce::shape> overlapsBetween(const PieceList &pieces)
+{
+    tbb::concurrent_vector<servoce::shape> overlaps;
+    tbb::task_group group;
+    // Each piece is tested against all before it, as a task of its own.
+    for (int last = pieces.size() - 1; last > 0; --last) {
+        group.run([&pieces, &overlaps, last] {
+            const Piece &removed = pieces.at(last);
+            const servoce::boundbox removedBox = removed.shape().bounding_box();
+            for (int i = 0; i < last; ++i) {
+                const Piece &other = pieces.at(i);
+                if (mayTouch(removed, other) || !boxesMeet(removedBox, other.shape().bounding_box()))
+                    continue;
+                const servoce::shape common = servoce::make_intersect(removed.shape(), other.shape(), true);
+                if (!common.is_empty())
+                    overlaps.push_back(common);
+            }
+        });
+    }
+    group.wait();
+    return collected(overlaps);
+}
+
+QVector<servoce::shape> overlapsOutsideSector(const PieceList &pieces, double pitchDegrees, double height)
+{
+    double extent = 0.0;
+    for (const Piece &piece : pieces) {
+        const servoce::boundbox box = piece.shape().bounding_box();
+        extent = std::max({extent, std::abs(box.xmin), std::abs(box.xmax), std::abs(box.ymin), std::abs(box.ymax)});
+    }
+    const double radius = 1.5 * extent;
+    const double sweep = qDegreesToRadians(pitchDegrees > 360.0 ? std::fmod(pitchDegrees, 360.0) : pitchDegrees);
+    const servoce::shape sector = servoce::cylinder(radius, height * 1.1, sweep, false)
+                                      .transformed(servoce::rotateZ(-sweep / 2))
+                                      .translated(0.0, 0.0, -height / 20);
+    const servoce::shape outside = servoce::make_difference(servoce::cylinder(radius, height, false), sector, true);
+
+    tbb::concurrent_vector<servoce::shape> overlaps;
+    tbb::parallel_for(0, pieces.size(), [&](int i) {
+        const servoce::shape part = servoce::make_intersect(pieces.at(i).shape(), outside, true);
+        if (!part.is_empty())
+            overlaps.push_back(part);
+    });
+    return collected(overlaps);
 }
 
 } // namespace BodyPieces

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QVector>
+
 #include "geometry/Piece.h"
 
 // The steps that turn a script's drawing of one pitch into a whole body, shared by
@@ -30,5 +32,11 @@ PieceList placed(const PieceList &pitch, const Placement &placement);
 
 // The shape turned about the axis by k pitches, for k from 0 to count - 1.
 QList<servoce::shape> turnedCopies(const servoce::shape &shape, double pitch, int count);
+
+// Where two pieces of a pitch share volume. A coil side and its end turn may touch.
+QVector<servoce::shape> overlapsBetween(const PieceList &pieces);
+// What the pieces have outside the sector of the pitch, in degrees, centred on +X,
+// between z = 0 and the height.
+QVector<servoce::shape> overlapsOutsideSector(const PieceList &pieces, double pitchDegrees, double height);
 
 } // namespace BodyPieces

@@ -95,8 +95,15 @@ PieceList MotorItem::basePieces()
             piece.setScope(scope());
         pieces.simplifyShapes();
     }
+    m_overlaps = BodyPieces::overlapsBetween(pieces) + BodyPieces::overlapsOutsideSector(pieces, pitch(), m_height);
     m_basePieces = pieces;
     return pieces;
+}
+
+QVector<servoce::shape> MotorItem::overlapShapes() const
+{
+    QMutexLocker locker(&m_baseMutex);
+    return m_overlaps;
 }
 
 double MotorItem::relativeDisplacement() const
@@ -141,4 +148,5 @@ void MotorItem::clearCashPieces()
     m_pieces.reset();
     QMutexLocker baseLocker(&m_baseMutex);
     m_basePieces.reset();
+    m_overlaps.clear();
 }

@@ -62,6 +62,8 @@ public:
     PieceList cachedPieces() const;
     // The script's pitch, prepared: what the whole body is made of.
     PieceList basePieces();
+    // Where the pieces of the pitch meet each other or leave its sector; found with the pitch.
+    QVector<servoce::shape> overlapShapes() const;
     // This body's angular displacement less the smallest one of the element's bodies, degrees.
     double relativeDisplacement() const;
     // Stator1 to Stator3 or Rotor1 to Rotor3 by the id.
@@ -85,6 +87,8 @@ protected:
     // The gap on the body's lower face; none for the lowest body of the stack.
     virtual Airgap *gapBelow() const = 0;
     virtual Piece::Scope firstScope() const = 0;
+    // Degrees of one slot or pole pitch.
+    virtual double pitch() const = 0;
     // Whether the body may take the first body's pitch, when its height is the same.
     virtual bool reusesFirstDrawing() const = 0;
     // The script's result for this body, read by the element.
@@ -105,6 +109,7 @@ private:
 
     mutable QMutex m_piecesMutex;
     std::optional<PieceList> m_pieces;
-    QMutex m_baseMutex;
+    mutable QMutex m_baseMutex;
     std::optional<PieceList> m_basePieces;
+    QVector<servoce::shape> m_overlaps;
 };

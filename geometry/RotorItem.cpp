@@ -93,6 +93,11 @@ Piece::Scope RotorItem::firstScope() const
     return Piece::Rotor1;
 }
 
+double RotorItem::pitch() const
+{
+    return rotor()->poleAngleSpan();
+}
+
 bool RotorItem::reusesFirstDrawing() const
 {
     return id() != ID1 && !(document()->machineType() == Machine::RSRSR && id() == ID2);

@@ -21,6 +21,7 @@ public:
 protected:
     Airgap *gapBelow() const override;
     Piece::Scope firstScope() const override;
+    double pitch() const override;
     bool reusesFirstDrawing() const override;
     QVariantMap scriptGeometry() const override;
     PieceList prepared(PieceList pieces) const override;

@@ -103,6 +103,11 @@ Piece::Scope StatorItem::firstScope() const
     return Piece::Stator1;
 }
 
+double StatorItem::pitch() const
+{
+    return stator()->slotAngleSpan();
+}
+
 bool StatorItem::reusesFirstDrawing() const
 {
     return id() != ID1 && !(document()->machineType() == Machine::SRSRS && id() == ID2);

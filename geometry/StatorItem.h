@@ -25,6 +25,7 @@ signals:
 protected:
     Airgap *gapBelow() const override;
     Piece::Scope firstScope() const override;
+    double pitch() const override;
     bool reusesFirstDrawing() const override;
     QVariantMap scriptGeometry() const override;
     PieceList prepared(PieceList pieces) const override;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "QmlScripting/JSEngine.h"
+#include "QmlScripting/ScriptObject.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
@@ -192,4 +193,38 @@ TEST_F(BodyPiecesTest, ABodyOfTheFirstOnesHeightReusesItsPitch)
     stator->items().at(1)->basePieces();
     EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("stator.calls")).toInt(), 2)
         << "with a height of its own the second body calls for itself";
+}
+
+TEST_F(BodyPiecesTest, PiecesThatMeetOrLeaveTheirSectorAreOverlaps)
+{
+    Stator *stator = doc.stator();
+    stator->setNumberSlots(6);
+    ASSERT_TRUE(stator->readScript(write("stator.js", statorScript)));
+    StatorItem *body = stator->items().at(0);
+    body->basePieces();
+    EXPECT_TRUE(body->overlapShapes().isEmpty()) << "a clean pitch has none";
+
+    ASSERT_TRUE(stator->readScript(write("stator.js", R"(
+        var StatorGeom = {}; var stator = { part: 0 };
+        stator.getGeometry = function(id) {
+            var pieces = [
+                [Geom.piece(Geom.box(20, 20, 10).translate(90, -10, 0), GeneralMaterial()),
+                 Geom.piece(Geom.box(20, 20, 10).translate(95, -10, 0), GeneralMaterial())],
+                [Geom.piece(Geom.box(20, 200, 10).translate(90, -100, 0), GeneralMaterial())],
+                [Geom.piece(Geom.box(20, 20, 10).translate(90, -10, 0), WindingMaterial(1)),
+                 Geom.piece(Geom.box(20, 20, 10).translate(95, -10, 0), EndturnMaterial())]];
+            return pieces[stator.part];
+        };)")));
+    stator->clearCashPieces();
+    body->basePieces();
+    ASSERT_EQ(body->overlapShapes().size(), 1) << "two bodies sharing volume";
+    EXPECT_NEAR(body->overlapShapes().first().volume(), 15.0 * 20.0 * 10.0, 1e-6);
+
+    stator->scriptObject()->setProperty("part", 1);
+    body->basePieces();
+    EXPECT_EQ(body->overlapShapes().size(), 1) << "a body beyond its pitch";
+
+    stator->scriptObject()->setProperty("part", 2);
+    body->basePieces();
+    EXPECT_TRUE(body->overlapShapes().isEmpty()) << "a coil side and its end turn may touch";
 }
