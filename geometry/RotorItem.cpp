@@ -4,6 +4,8 @@
 #include <QtMath>
 
 #include "document/Document.h"
+#include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/ScriptConsole.h"
 #include "geometry/Rotor.h"
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/unify.h"
@@ -36,6 +38,40 @@ QSharedPointer<AbstractMaterial> nextPoleMaterial(const AbstractMaterial &materi
     if (auto *magnet = dynamic_cast<MagnetMaterial *>(copy.data()))
         magnet->direction = reversed(magnet->direction);
     return copy;
+}
+
+// The magnet layers of the machine that this body's magnets take the pole transform of:
+// pairs of (layer, magnet), a magnet of -1 standing for every magnet.
+QVector<QPair<int, int>> poleTransformCalls(Machine::Type machine, bool yoke, int id)
+{
+    switch (machine) {
+    case Machine::SRS:
+        return {{1, yoke ? 1 : 0}};
+    case Machine::SRSRS:
+        if (yoke)
+            return {{2 * id - 2, 0}, {2 * id - 1, 1}};
+        return {{2 * id - 1, 0}};
+    case Machine::RSR:
+        return {{id - 1, -1}};
+    case Machine::RSRSR:
+        if (!yoke)
+            return id > 1 ? QVector<QPair<int, int>>{{id, -1}} : QVector<QPair<int, int>>{};
+        if (id == 2)
+            return {{1, 0}, {2, 1}};
+        return id == 3 ? QVector<QPair<int, int>>{{3, -1}} : QVector<QPair<int, int>>{};
+    case Machine::SR:
+    case Machine::UnknownType:
+        break;
+    }
+    return {};
+}
+
+QString listText(const QVector<double> &values)
+{
+    QStringList texts;
+    for (double value : values)
+        texts << QString::number(value);
+    return texts.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -113,11 +149,62 @@ PieceList RotorItem::prepared(PieceList pieces) const
     return pieces;
 }
 
+PieceList RotorItem::transformedMagnets(PieceList magnets) const
+{
+    const bool yoke = rotor()->typeMiddleItem() == MotorElement::Yoke;
+    if (isMiddle() && !yoke) {
+        // A yokeless middle body holds one magnet through both faces.
+        PieceList joined;
+        for (int i = 0; i + 1 < magnets.size(); i += 2) {
+            const Piece &a = magnets.at(i);
+            joined << Piece(servoce::make_union(a.shape(), magnets.at(i + 1).shape(), false), a.material()->clone(),
+                            a.scope());
+        }
+        magnets = joined;
+    }
+    if (magnets.size() > 1)
+        magnets.sortByHeightAndAngle();
+    for (Piece &magnet : magnets)
+        magnet.setShape(BodyPieces::fusedSolids(magnet.shape()));
+    for (const QPair<int, int> &call : poleTransformCalls(document()->machineType(), yoke, id())) {
+        for (int k = 0; k < magnets.size(); ++k) {
+            if (call.second != -1 && call.second != k)
+                continue;
+            QSharedPointer<AbstractMaterial> material = magnets.at(k).material()->clone();
+            if (auto *magnet = dynamic_cast<MagnetMaterial *>(material.data()))
+                document()->config()->applyPoleTransform(call.first, *magnet);
+            magnets[k].setMaterial(material);
+        }
+    }
+    magnets.simplifyShapes();
+    return magnets;
+}
+
+void RotorItem::checkMagnetSegments(const PieceList &magnets) const
+{
+    const int expected = rotor()->magnetSegmentsRadialDirection() - 1;
+    for (const Piece &piece : magnets) {
+        const auto *magnet = dynamic_cast<const MagnetMaterial *>(piece.material().data());
+        if (magnet && magnet->segmentRadiuses().size() != expected) {
+            rotor()->console()->warn(tr("Magnet of rotor item %1 with Rmagnetsegments[%2] must has size %3")
+                                         .arg(id())
+                                         .arg(listText(magnet->segmentRadiuses()))
+                                         .arg(expected));
+        }
+    }
+}
+
 PieceList RotorItem::builtBody(const PieceList &base) const
 {
     BodyPieces::Placement where = placement(true);
     where.keptKind = AbstractMaterial::MagnetKind;
-    const PieceList pole = BodyPieces::placed(base, where);
+    PieceList pole;
+    PieceList poleMagnets;
+    for (const Piece &piece : BodyPieces::placed(base, where))
+        (piece.kind() == AbstractMaterial::MagnetKind ? poleMagnets : pole) << piece;
+    poleMagnets = transformedMagnets(poleMagnets);
+    checkMagnetSegments(poleMagnets);
+    pole << poleMagnets;
     const int poles = 2 * rotor()->numberPolePairs();
     const double polePitch = M_PI / rotor()->numberPolePairs();
 

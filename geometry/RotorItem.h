@@ -26,4 +26,10 @@ protected:
     QVariantMap scriptGeometry() const override;
     PieceList prepared(PieceList pieces) const override;
     PieceList builtBody(const PieceList &base) const override;
+
+private:
+    // The magnets of the pole in their order, with the pole transform of their layer.
+    PieceList transformedMagnets(PieceList magnets) const;
+    // Each magnet is split radially as the script said.
+    void checkMagnetSegments(const PieceList &magnets) const;
 };

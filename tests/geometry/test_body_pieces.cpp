@@ -1,9 +1,12 @@
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "QmlScripting/ConfigObject.h"
 #include "QmlScripting/JSEngine.h"
+#include "QmlScripting/ScriptConsole.h"
 #include "QmlScripting/ScriptObject.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
@@ -227,4 +230,35 @@ TEST_F(BodyPiecesTest, PiecesThatMeetOrLeaveTheirSectorAreOverlaps)
     stator->scriptObject()->setProperty("part", 2);
     body->basePieces();
     EXPECT_TRUE(body->overlapShapes().isEmpty()) << "a coil side and its end turn may touch";
+}
+
+TEST_F(BodyPiecesTest, EachMagnetLayerTakesItsPoleTransform)
+{
+    doc.setMachineType(Machine::RSR);
+    doc.config()->setScriptProperty(QStringLiteral("poleRotatePolePitch2"), true);
+    Rotor *rotor = doc.rotor();
+    ASSERT_EQ(rotor->countItems(), 2);
+    for (MotorItem *body : rotor->activeItems())
+        body->setHeight(height);
+    ASSERT_TRUE(rotor->readScript(write("rotor.js", rotorScript)));
+    const auto firstMagnetAngle = [](RotorItem *body) {
+        body->createPieces();
+        const PieceList magnets = body->cachedPieces().ofKind(AbstractMaterial::MagnetKind);
+        return magnets.isEmpty() ? -1.0 : dynamic_cast<const MagnetMaterial &>(*magnets.first().material()).angle;
+    };
+    EXPECT_DOUBLE_EQ(firstMagnetAngle(rotor->items().at(0)), 0.0) << "the first layer has no transform";
+    EXPECT_DOUBLE_EQ(firstMagnetAngle(rotor->items().at(1)), 180.0) << "the second is turned by a pole pitch";
+}
+
+TEST_F(BodyPiecesTest, MagnetsMustBeSplitAsTheScriptSays)
+{
+    Rotor *rotor = doc.rotor();
+    QByteArray script(rotorScript);
+    script.replace("Nmagnetsegments: 1", "Nmagnetsegments: 3");
+    ASSERT_TRUE(rotor->readScript(write("rotor.js", script.constData())));
+    QSignalSpy warnings(rotor->console(), &ScriptConsole::signalWarn);
+    rotor->items().at(0)->createPieces();
+    ASSERT_FALSE(warnings.isEmpty());
+    EXPECT_EQ(warnings.first().at(1).toString(),
+              QStringLiteral("Magnet of rotor item 1 with Rmagnetsegments[] must has size 2"));
 }
