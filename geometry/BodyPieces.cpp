@@ -9,7 +9,7 @@
 
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/trans.h"
-#include "materials/AbstractMaterial.h"
+#include "materials/MagnetMaterial.h"
 
 namespace BodyPieces {
 
@@ -132,6 +132,43 @@ QVector<servoce::shape> overlapsOutsideSector(const PieceList &pieces, double pi
             overlaps.push_back(part);
     });
     return collected(overlaps);
+}
+
+PieceList joinedAtPoleBorders(PieceList magnets)
+{
+    magnets.sortByHeightAndAngle();
+    const auto joinable = [](const Piece &piece) {
+        const auto *magnet = dynamic_cast<const MagnetParallelMaterial *>(piece.material().data());
+        return magnet && !magnet->savePoleBorder();
+    };
+    QVector<int> mergeable;
+    for (int i = 0; i < magnets.size(); ++i) {
+        if (joinable(magnets.at(i)))
+            mergeable << i;
+    }
+    // Without a partner for every one, none is joined.
+    if (mergeable.size() % 2 != 0)
+        return magnets;
+    QVector<bool> gone(magnets.size(), false);
+    for (int i = 0; i + 1 < mergeable.size(); i += 2) {
+        Piece &a = magnets[mergeable.at(i)];
+        const Piece &b = magnets.at(mergeable.at(i + 1));
+        const auto &ma = dynamic_cast<const MagnetMaterial &>(*a.material());
+        const auto &mb = dynamic_cast<const MagnetMaterial &>(*b.material());
+        if (ma.type != mb.type || std::abs(ma.effectiveAngle() - mb.effectiveAngle()) > 1e-7)
+            continue;
+        const servoce::shape joined = servoce::make_union(a.shape(), b.shape(), true);
+        if (joined.solids().size() != 1)
+            continue;
+        a = Piece(joined, a.material()->clone(), a.scope());
+        gone[mergeable.at(i + 1)] = true;
+    }
+    PieceList kept;
+    for (int i = 0; i < magnets.size(); ++i) {
+        if (!gone.at(i))
+            kept << magnets.at(i);
+    }
+    return kept;
 }
 
 } // namespace BodyPieces

@@ -33,6 +33,11 @@ PieceList placed(const PieceList &pitch, const Placement &placement);
 // The shape turned about the axis by k pitches, for k from 0 to count - 1.
 QList<servoce::shape> turnedCopies(const servoce::shape &shape, double pitch, int count);
 
+// Neighbouring parallel magnets of the same field that the script let go of their pole
+// border become one body, pair by pair in the order of height and angle; an odd number
+// of such magnets leaves all of them apart.
+PieceList joinedAtPoleBorders(PieceList magnets);
+
 // Where two pieces of a pitch share volume. A coil side and its end turn may touch.
 QVector<servoce::shape> overlapsBetween(const PieceList &pieces);
 // What the pieces have outside the sector of the pitch, in degrees, centred on +X,

@@ -229,6 +229,6 @@ PieceList RotorItem::builtBody(const PieceList &base) const
         if (!body.is_null())
             others << Piece(body, piece.material()->clone(), scope());
     }
-    others << magnets;
+    others << BodyPieces::joinedAtPoleBorders(magnets);
     return others;
 }

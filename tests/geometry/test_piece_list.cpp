@@ -3,9 +3,11 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "geometry/BodyPieces.h"
 #include "geometry/Piece.h"
 #include "geometry/servoce/solid.h"
 #include "materials/BasicMaterials.h"
+#include "materials/MagnetMaterial.h"
 #include "materials/WindingMaterial.h"
 
 namespace {
@@ -82,4 +84,25 @@ TEST(PieceList, KindsAndRadialRange)
     const QPair<double, double> range = pieces.radialRange();
     EXPECT_NEAR(range.first, std::hypot(9.5, 0.5), 1e-9);
     EXPECT_NEAR(range.second, std::hypot(30.5, 0.5), 1e-9);
+}
+
+TEST(PoleBorders, NeighbouringMagnetsOfOneFieldJoinInPairsUnlessTheyKeepTheirBorder)
+{
+    const auto magnet = [](double x, double angle, bool savePoleBorder) {
+        return Piece(servoce::box(1.0, 1.0, 1.0, true).translated(x, 10.0, 0.0),
+                     QSharedPointer<MagnetParallelMaterial>::create(angle, QVector<double>(), savePoleBorder));
+    };
+    // Boxes side by side along x, sorted by angle from the right.
+    PieceList joined = BodyPieces::joinedAtPoleBorders({magnet(0.5, 0.0, false), magnet(-0.5, 0.0, false)});
+    ASSERT_EQ(joined.size(), 1);
+    EXPECT_NEAR(joined.first().shape().volume(), 2.0, 1e-9);
+
+    EXPECT_EQ(BodyPieces::joinedAtPoleBorders({magnet(0.5, 0.0, true), magnet(-0.5, 0.0, true)}).size(), 2);
+    EXPECT_EQ(BodyPieces::joinedAtPoleBorders({magnet(0.5, 0.0, false), magnet(-0.5, 90.0, false)}).size(), 2)
+        << "fields that differ keep their border";
+    EXPECT_EQ(BodyPieces::joinedAtPoleBorders(
+                  {magnet(1.5, 0.0, false), magnet(0.5, 0.0, false), magnet(-0.5, 0.0, false)})
+                  .size(),
+              3)
+        << "an odd number stays apart";
 }
