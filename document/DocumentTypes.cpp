@@ -38,6 +38,7 @@ void registerDocumentTypes()
         qRegisterMetaType<PoleArrangement::Type>("PoleArrangement::Type");
         // Scripts get bodies from their element.
         qRegisterMetaType<MotorItem *>("MotorItem*");
+        qRegisterMetaType<MotorItem::ID>("MotorItem::ID");
         Magnetization::registerMetaType();
         registerWindingTypes();
         registerAnalysisTypes();

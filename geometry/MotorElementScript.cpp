@@ -125,7 +125,7 @@ void MotorElement::resetEngine()
 {
     m_scriptFiles.clear();
     delete m_engine;
-    m_engine = new JSEngine(document());
+    m_engine = new JSEngine(document(), nullptr);
     connect(m_engine, &QQmlEngine::warnings, this, &MotorElement::engineException);
     connect(m_engine, &JSEngine::fileIncluded, this, &MotorElement::trackScriptFile);
     connect(m_engine, &JSEngine::fileRequired, this, &MotorElement::trackScriptFile);

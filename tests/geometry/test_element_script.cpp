@@ -99,6 +99,8 @@ TEST_F(ElementScriptTest, TheScriptsVariablesBecomePropertiesOfTheScriptObject)
     EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("StatorObject.objectName")).toString(),
               QStringLiteral("stator"));
     EXPECT_TRUE(stator->engine()->evaluate(QStringLiteral("scriptFile")).toString().endsWith("stator.js"));
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("motor.stator")).toQObject(), stator) << "the design is there";
+    EXPECT_TRUE(stator->engine()->evaluate(QStringLiteral("StatorObject.isLower(StatorItem.ID1)")).toBool());
 
     QSignalSpy changed(stator, &MotorElement::scriptPropertyChanged);
     stator->scriptObject()->setProperty("slotWidth", 12);
