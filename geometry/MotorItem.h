@@ -96,7 +96,7 @@ protected:
     // The pieces of the result, ready to be placed.
     virtual PieceList prepared(PieceList pieces) const = 0;
     // The whole body from the prepared pitch.
-    virtual PieceList builtBody(const PieceList &base) const = 0;
+    virtual PieceList builtBody(const PieceList &base) = 0;
     // Where the pitch goes in the stack, with the body's rules for middle bodies.
     BodyPieces::Placement placement(bool withDisplacement) const;
 

@@ -194,7 +194,7 @@ void RotorItem::checkMagnetSegments(const PieceList &magnets) const
     }
 }
 
-PieceList RotorItem::builtBody(const PieceList &base) const
+PieceList RotorItem::builtBody(const PieceList &base)
 {
     BodyPieces::Placement where = placement(true);
     where.keptKind = AbstractMaterial::MagnetKind;

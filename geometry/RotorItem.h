@@ -25,7 +25,7 @@ protected:
     bool reusesFirstDrawing() const override;
     QVariantMap scriptGeometry() const override;
     PieceList prepared(PieceList pieces) const override;
-    PieceList builtBody(const PieceList &base) const override;
+    PieceList builtBody(const PieceList &base) override;
 
 private:
     // The magnets of the pole in their order, with the pole transform of their layer.

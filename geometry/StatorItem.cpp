@@ -194,7 +194,7 @@ SlotWindingPieces StatorItem::windingNumbering() const
     });
 }
 
-PieceList StatorItem::builtBody(const PieceList &base) const
+PieceList StatorItem::builtBody(const PieceList &base)
 {
     BodyPieces::Placement where = placement(true);
     where.keptKind = AbstractMaterial::WindingKind;
@@ -241,5 +241,36 @@ PieceList StatorItem::builtBody(const PieceList &base) const
     for (const PieceList &slotWindings : windings)
         bodyWindings << slotWindings;
     body << numbering.numberedBody(bodyWindings, slotCount);
+    if (id() == ID1)
+        measureSlot(pitch, body);
     return body;
+}
+
+void StatorItem::measureSlot(const PieceList &pitchPieces, const PieceList &body)
+{
+    const double radius = 1.1 * std::max(stator()->outerDiameter(), document()->rotor()->outerDiameter()) * 0.5;
+    const SlotSection section =
+        SlotSection::across(pitchPieces.ofKind(AbstractMaterial::WindingKind), body, qDegreesToRadians(pitch()),
+                            qDegreesToRadians(relativeDisplacement()), radius, height());
+    bool changed = false;
+    {
+        QMutexLocker locker(&m_areaMutex);
+        changed = std::abs(section.coilArea - m_slotSection.coilArea) > 1e-7
+                  || std::abs(section.slotArea - m_slotSection.slotArea) > 1e-7;
+        m_slotSection = section;
+    }
+    if (changed)
+        emit areaWindingSlotChanged();
+}
+
+double StatorItem::areaWindingCoil() const
+{
+    QMutexLocker locker(&m_areaMutex);
+    return m_slotSection.coilArea;
+}
+
+double StatorItem::areaWindingSlot() const
+{
+    QMutexLocker locker(&m_areaMutex);
+    return m_slotSection.slotArea;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "geometry/MotorItem.h"
+#include "geometry/SlotSection.h"
 #include "geometry/SlotWindingPieces.h"
 
 class Stator;
@@ -19,6 +20,11 @@ public:
     bool isMiddle() const override;
     bool isLower() const override;
 
+    // Cross-sections of the coil and of the slot, in the script's unit squared; measured
+    // on the first body when it is built.
+    double areaWindingCoil() const;
+    double areaWindingSlot() const;
+
 signals:
     void areaWindingSlotChanged();
 
@@ -29,11 +35,16 @@ protected:
     bool reusesFirstDrawing() const override;
     QVariantMap scriptGeometry() const override;
     PieceList prepared(PieceList pieces) const override;
-    PieceList builtBody(const PieceList &base) const override;
+    PieceList builtBody(const PieceList &base) override;
 
 private:
     // A pitch whose only coil lies across its middle is redrawn with a tooth there.
     PieceList withToothInTheMiddle(const PieceList &base) const;
     // The layers of the winding pieces by this body's place and the winding.
     SlotWindingPieces windingNumbering() const;
+    // The cross-sections of coil and slot, announced when they change.
+    void measureSlot(const PieceList &pitchPieces, const PieceList &body);
+
+    mutable QMutex m_areaMutex;
+    SlotSection m_slotSection;
 };

@@ -108,8 +108,10 @@ TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
     doc.winding()->setNumberLayers(1);
     ASSERT_TRUE(stator->readScript(write("stator.js", statorScript)));
     StatorItem *body = stator->items().at(0);
+    QSignalSpy areas(body, &StatorItem::areaWindingSlotChanged);
     body->createPieces();
     const PieceList pieces = body->cachedPieces();
+    EXPECT_EQ(areas.size(), 1);
 
     const PieceList iron = pieces.ofKind(AbstractMaterial::IronKind);
     ASSERT_EQ(iron.size(), 1) << "the iron of all pitches is one piece";
@@ -126,6 +128,10 @@ TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
     }
     EXPECT_EQ(iron.first().scope(), Piece::Stator1);
     EXPECT_EQ(stator->simDomain().outer, outerRadius);
+
+    // Across the slot: 10 wide and 20 deep, of which the coil fills 8 by 18.
+    EXPECT_NEAR(body->areaWindingSlot(), slotWidth * slotDepth, 1e-3);
+    EXPECT_NEAR(body->areaWindingCoil(), 8.0 * 18.0, 1e-3);
 }
 
 TEST_F(BodyPiecesTest, TheSimulationDomainIsAskedOfTheScriptWhenFirstNeeded)
