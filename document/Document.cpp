@@ -538,6 +538,8 @@ PieceList Document::taskCreatePieces()
     buildMissingPieces(rotorItems);
     const qint64 createTime = timer.elapsed();
     qDebug() << "create pieces at" << createTime << "ms";
+    m_stator->updateGeometryErrors();
+    m_rotor->updateGeometryErrors();
     qDebug() << "motor pieces create at" << createTime << "ms";
 
     timer.restart();

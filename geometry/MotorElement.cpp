@@ -1,6 +1,7 @@
 #include "geometry/MotorElement.h"
 
 #include <QDebug>
+#include <algorithm>
 #include <QMetaEnum>
 #include <QMetaProperty>
 
@@ -126,6 +127,7 @@ void MotorElement::setProperties(const QVariantMap &map)
         setScript(map.value(QStringLiteral("scriptFile")).toString());
     if (map.contains(QStringLiteral("scriptProps")))
         setScriptValues(map);
+    updateGeometryErrors();
 }
 
 void MotorElement::clearCashPieces()
@@ -135,6 +137,27 @@ void MotorElement::clearCashPieces()
     clearDependentPieces();
     document()->resetPieces();
     emit pieceReset();
+}
+
+void MotorElement::updateGeometryErrors()
+{
+    GeometryErrors errors;
+    if (m_outerDiameter <= m_innerDiameter) {
+        errors |= DiametersOrder;
+    } else {
+        const QVector<MotorItem *> bodies = activeItems();
+        const bool allDrawn = std::all_of(bodies.begin(), bodies.end(),
+                                          [](MotorItem *body) { return !body->basePieces().isEmpty(); });
+        if (!allDrawn)
+            errors |= GeometryEmpty;
+        if (std::any_of(bodies.begin(), bodies.end(),
+                        [](const MotorItem *body) { return !body->overlapShapes().isEmpty(); }))
+            errors |= BodiesOverlap;
+    }
+    if (errors == m_geometryErrors)
+        return;
+    m_geometryErrors = errors;
+    emit geometryErrorsChanged(m_geometryErrors);
 }
 
 QString MotorElement::geometryErrorText() const

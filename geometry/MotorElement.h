@@ -102,6 +102,9 @@ public:
     QString scriptErrorText() const { return m_lastError; }
 
     GeometryErrors geometryErrors() const { return m_geometryErrors; }
+    // Derives the flags from the diameters and the bodies' pitches, built if need be;
+    // announced when they change.
+    void updateGeometryErrors();
     MaterialErrors materialErrors() const { return m_materialErrors; }
     QString geometryErrorText() const;
 

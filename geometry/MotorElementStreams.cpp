@@ -63,6 +63,7 @@ void settleItems(Element &element)
     element.setCountItems(Element::countItemsFor(element.document()->machineType()));
     for (auto *item : element.items())
         item->clearCashPieces();
+    element.updateGeometryErrors();
 }
 
 } // namespace

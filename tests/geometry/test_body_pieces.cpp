@@ -268,3 +268,33 @@ TEST_F(BodyPiecesTest, MagnetsMustBeSplitAsTheScriptSays)
     EXPECT_EQ(warnings.first().at(1).toString(),
               QStringLiteral("Magnet of rotor item 1 with Rmagnetsegments[] must has size 2"));
 }
+
+TEST_F(BodyPiecesTest, GeometryErrorsFollowTheDiametersAndTheBodiesPitches)
+{
+    Stator *stator = doc.stator();
+    QSignalSpy changed(stator, &MotorElement::geometryErrorsChanged);
+    stator->updateGeometryErrors();
+    EXPECT_EQ(stator->geometryErrors(), MotorElement::GeometryErrors(MotorElement::GeometryEmpty)) << "no script";
+
+    ASSERT_TRUE(stator->readScript(write("stator.js", R"(
+        var StatorGeom = {}; var stator = { width: 20, calls: 0 };
+        stator.getGeometry = function(id) {
+            stator.calls += 1;
+            return Geom.piece(Geom.box(20, stator.width, 10).translate(90, -stator.width / 2, 0), GeneralMaterial());
+        };)")));
+    stator->clearCashPieces();
+    stator->updateGeometryErrors();
+    EXPECT_EQ(stator->geometryErrors(), MotorElement::GeometryErrors());
+
+    stator->scriptObject()->setProperty("width", 200);
+    stator->updateGeometryErrors();
+    EXPECT_EQ(stator->geometryErrors(), MotorElement::GeometryErrors(MotorElement::BodiesOverlap))
+        << "a body beyond its pitch, nothing else wrong";
+
+    stator->setInnerDiameter(stator->outerDiameter());
+    const int calls = stator->engine()->evaluate(QStringLiteral("stator.calls")).toInt();
+    stator->updateGeometryErrors();
+    EXPECT_EQ(stator->geometryErrors(), MotorElement::GeometryErrors(MotorElement::DiametersOrder));
+    EXPECT_EQ(stator->engine()->evaluate(QStringLiteral("stator.calls")).toInt(), calls) << "no script runs";
+    EXPECT_EQ(changed.size(), 4);
+}
