@@ -1,5 +1,6 @@
 #include "geometry/servoce/step.h"
 
+#include <QDebug>
 #include <IFSelect_ReturnStatus.hxx>
 #include <Interface_Static.hxx>
 #include <Message.hxx>
@@ -8,6 +9,14 @@
 #include <STEPControl_Controller.hxx>
 #include <STEPControl_Reader.hxx>
 #include <STEPControl_Writer.hxx>
+#include <STEPCAFControl_Writer.hxx>
+#include <Quantity_Color.hxx>
+#include <TDocStd_Document.hxx>
+#include <XCAFApp_Application.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <cstdio>
 #include <mutex>
 
 #include "geometry/servoce/guard.h"
@@ -53,6 +62,37 @@ void write_step_file(const TopoDS_Shape &shape, const std::string &path)
         throw Standard_Failure(("cannot write the STEP file " + path).c_str());
 }
 
+void write_coloured_step_file(const std::vector<coloured_shape> &bodies, const std::string &path)
+{
+    initialize();
+    Handle(TDocStd_Document) document;
+    XCAFApp_Application::GetApplication()->NewDocument("MDTV-XCAF", document);
+    const Handle(XCAFDoc_ShapeTool) shapes = XCAFDoc_DocumentTool::ShapeTool(document->Main());
+    const Handle(XCAFDoc_ColorTool) colours = XCAFDoc_DocumentTool::ColorTool(document->Main());
+    int added = 0;
+    for (const coloured_shape &body : bodies) {
+        if (body.body.is_null()) {
+            qCritical() << "shape is null";
+            continue;
+        }
+        const TDF_Label label = shapes->NewShape();
+        shapes->SetShape(label, body.body.Shape());
+        colours->SetColor(label, Quantity_Color(body.red, body.green, body.blue, Quantity_TOC_RGB), XCAFDoc_ColorGen);
+        ++added;
+    }
+    const std::string partial = path + ".part";
+    // The writer refuses a document without shapes: an empty scene is an empty compound.
+    if (added == 0)
+        shapes->SetShape(shapes->NewShape(), make_compound({}).Shape());
+    STEPCAFControl_Writer writer;
+    const bool written = writer.Perform(document, partial.c_str());
+    XCAFApp_Application::GetApplication()->Close(document);
+    if (!written || std::rename(partial.c_str(), path.c_str()) != 0) {
+        std::remove(partial.c_str());
+        throw Standard_Failure(("cannot write the STEP file " + path).c_str());
+    }
+}
+
 } // namespace detail
 
 shape read_step(const std::string &path)
@@ -64,6 +104,14 @@ bool write_step(const shape &model, const std::string &path)
 {
     return guarded("write_step", false, [&] {
         detail::write_step_file(model.Shape(), path);
+        return true;
+    });
+}
+
+bool write_step(const std::vector<coloured_shape> &bodies, const std::string &path)
+{
+    return guarded("write_step", false, [&] {
+        detail::write_coloured_step_file(bodies, path);
         return true;
     });
 }
