@@ -2,16 +2,20 @@
 
 #include <QDataStream>
 #include <QDebug>
+#include <QFile>
 #include <QRegularExpression>
 #include <algorithm>
-#include <cmath>
-#include <numeric>
 
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
+#include "QmlScripting/ConfigObject.h"
 #include "QmlScripting/ScriptConsole.h"
+#include "winding/LayoutFaces.h"
+#include "winding/LayoutGenerator.h"
+#include "winding/LayoutSignature.h"
+#include "winding/WindingFactor.h"
 
 namespace {
 
@@ -20,12 +24,6 @@ const QString autoText = QStringLiteral("Auto");
 // Version of the winding's block in a document file.
 const qint32 streamVersion = 13;
 
-bool isWhole(double value)
-{
-    double integral = 0.0;
-    return qAbs(std::modf(value, &integral)) <= 1e-7;
-}
-
 // Whether two layouts put their coils in the same slots and layers; the end
 // turns rest on that, not on the parallel paths.
 bool samePlaces(const Winding::Layout &a, const Winding::Layout &b)
@@ -33,14 +31,34 @@ bool samePlaces(const Winding::Layout &a, const Winding::Layout &b)
     for (int phase = Winding::A; phase < Winding::Count; ++phase) {
         const Winding::CoilList &listA = a.at(phase);
         const Winding::CoilList &listB = b.at(phase);
-        if (listA.size() != listB.size())
+        if (!std::equal(listA.cbegin(), listA.cend(), listB.cbegin(), listB.cend(),
+                        [](const Winding::Coil &coilA, const Winding::Coil &coilB) {
+                            return coilA.samePlace(coilB);
+                        }))
             return false;
-        for (int i = 0; i < listA.size(); ++i) {
-            if (!listA.at(i).samePlace(listB.at(i)))
-                return false;
-        }
     }
     return true;
+}
+
+bool samePlaces(const QVector<Winding::Layout> &a, const QVector<Winding::Layout> &b)
+{
+    return std::equal(a.cbegin(), a.cend(), b.cbegin(), b.cend(),
+                      [](const Winding::Layout &layoutA, const Winding::Layout &layoutB) {
+                          return samePlaces(layoutA, layoutB);
+                      });
+}
+
+// The parallel paths of the coils, in the order of the layouts.
+QVector<int> parallelPathsOfCoils(const QVector<Winding::Layout> &layouts)
+{
+    QVector<int> paths;
+    for (const Winding::Layout &layout : layouts) {
+        for (const Winding::CoilList &list : layout) {
+            for (const Winding::Coil &coil : list)
+                paths << coil.parallelPath;
+        }
+    }
+    return paths;
 }
 
 } // namespace
@@ -57,10 +75,17 @@ WindingObject::WindingObject(Document *document)
     connect(stator, &Stator::typeMiddleItemChanged, this, &WindingObject::updateCountLayouts);
     connect(stator, &Stator::numberSlotsChanged, this, [this] {
         limitCoilSpan();
-        updateWindingErrors();
+        updateLayouts();
     });
-    connect(rotor, &Rotor::numberPolePairsChanged, this, &WindingObject::updateWindingErrors);
+    connect(stator, &Stator::piecesReady, this, &WindingObject::updateLayouts);
+    connect(rotor, &Rotor::numberPolePairsChanged, this, &WindingObject::updateLayouts);
+    connect(rotor, &Rotor::poleArrangementChanged, this, &WindingObject::updateLayouts);
     connect(this, &WindingObject::windingChanged, this, &WindingObject::updateWindingErrors);
+
+    // An automatic layout follows from the settings from the start; the document isn't
+    // built far enough yet to be told.
+    fillBaseLayout();
+    makeLayouts();
 }
 
 template <typename Signal>
@@ -74,6 +99,25 @@ void WindingObject::announce(Signal signal)
 int WindingObject::numberSlots() const
 {
     return document()->stator()->numberSlots();
+}
+
+bool WindingObject::isOnePerBody() const
+{
+    return isToroidal() || document()->stator()->typeMiddleItem() == MotorElement::Yokeless;
+}
+
+Winding::LayoutSettings WindingObject::layoutSettings() const
+{
+    Winding::LayoutSettings settings;
+    settings.numberSlots = numberSlots();
+    settings.polePairs = document()->rotor()->numberPolePairs();
+    settings.type = m_type;
+    settings.numberLayers = m_numberLayers;
+    settings.layersOrientation = m_layersOrientation;
+    settings.autoCalcCoilSpan = m_autoCalcCoilSpan;
+    settings.coilSpan = m_coilSpan;
+    settings.parallelPaths = m_parallelPaths;
+    return settings;
 }
 
 void WindingObject::setCircuit(Winding::Circuit circuit)
@@ -98,6 +142,7 @@ void WindingObject::setParallelPaths(int parallelPaths)
         return;
     m_parallelPaths = parallelPaths;
     announce(&WindingObject::parallelPathsChanged);
+    updateLayouts();
 }
 
 void WindingObject::setNumberTurns(int numberTurns)
@@ -226,6 +271,8 @@ void WindingObject::setType(Winding::Type type)
     // The slot pieces of the stator are drawn for the kind of winding.
     document()->stator()->clearCashPieces();
     markGeometryModified(document());
+    updateCountLayouts();
+    updateLayouts();
 }
 
 void WindingObject::setNumberLayers(int numberLayers)
@@ -239,6 +286,7 @@ void WindingObject::setNumberLayers(int numberLayers)
         setAutoCalcCoilSpan(true);
     document()->stator()->clearCashPieces();
     markGeometryModified(document());
+    updateLayouts();
 }
 
 void WindingObject::setLayersOrientation(Winding::LayersOrientation orientation)
@@ -251,21 +299,17 @@ void WindingObject::setLayersOrientation(Winding::LayersOrientation orientation)
         setAutoCalcCoilSpan(true);
     document()->stator()->clearCashPieces();
     markGeometryModified(document());
-}
-
-int WindingObject::clippedCoilSpan(int span) const
-{
-    int clipped = span;
-    if (isDoubleLayer())
-        clipped = isOrientationLeftRight() ? 1 : qMax(2, clipped);
-    return qMin(numberSlots() / 2, clipped);
+    updateLayouts();
 }
 
 void WindingObject::setCoilSpan(int span)
 {
     if (m_autoCalcCoilSpan)
         return;
-    storeCoilSpan(clippedCoilSpan(span));
+    const int before = m_coilSpan;
+    storeCoilSpan(layoutSettings().clippedCoilSpan(span));
+    if (m_coilSpan != before)
+        updateLayouts();
 }
 
 void WindingObject::storeCoilSpan(int span)
@@ -292,6 +336,7 @@ void WindingObject::setAutoCalcCoilSpan(bool automatic)
         return;
     m_autoCalcCoilSpan = value;
     announce(&WindingObject::autoCalcCoilSpanChanged);
+    updateLayouts();
 }
 
 void WindingObject::setModeLayout(Winding::ModeLayout mode)
@@ -300,6 +345,7 @@ void WindingObject::setModeLayout(Winding::ModeLayout mode)
         return;
     m_modeLayout = mode;
     announce(&WindingObject::modeLayoutChanged);
+    updateLayouts();
 }
 
 void WindingObject::setLayout(const Winding::Layout &layout)
@@ -308,47 +354,83 @@ void WindingObject::setLayout(const Winding::Layout &layout)
         return;
     Winding::Layout value = layout;
     value.resize(Winding::Count);
+    Winding::LayoutGenerator(layoutSettings()).assignOrientations(value, m_coilSpan);
     if (value == m_baseLayout)
         return;
     const bool endturnsStay = samePlaces(value, m_baseLayout);
     m_baseLayout = value;
+    makeLayouts();
     announce(&WindingObject::layoutsChanged);
     if (!endturnsStay)
         dropEndturns();
     document()->updateBoundaryCondition();
 }
 
+void WindingObject::fillBaseLayout()
+{
+    const bool manual = m_modeLayout == Winding::Manual;
+    if (!manual)
+        m_baseLayout = Winding::Layout();
+    const Winding::LayoutGenerator generator(layoutSettings());
+    const std::optional<Winding::SpannedLayout> generated = generator.baseLayout();
+    if (!generated)
+        return;
+    if (manual) {
+        // The user's coils and their layers stay; only their senses follow the span.
+        generator.assignOrientations(m_baseLayout, generated->span);
+    } else {
+        m_baseLayout = generated->layout;
+    }
+    storeCoilSpan(generated->span);
+}
+
+void WindingObject::updateLayouts()
+{
+    const QVector<Winding::Layout> before = m_coilLayouts;
+    if (m_modeLayout == Winding::Manual)
+        m_baseLayout = Winding::LayoutGenerator(layoutSettings()).fittedManualLayout(m_baseLayout);
+    else
+        fillBaseLayout();
+    makeLayouts();
+
+    const bool placesStay = samePlaces(before, m_coilLayouts);
+    if (!placesStay || parallelPathsOfCoils(before) != parallelPathsOfCoils(m_coilLayouts)) {
+        announce(&WindingObject::layoutsChanged);
+        document()->updateBoundaryCondition();
+        if (!placesStay)
+            dropEndturns();
+    }
+    updateWindingErrors();
+}
+
+void WindingObject::makeLayouts()
+{
+    Winding::FaceSettings faces;
+    faces.machineType = document()->machineType();
+    faces.countLayouts = m_countLayouts;
+    // Without a configuration script no layout is turned round.
+    faces.reverseFlag = [this](int key) {
+        return document()->isConfigLoaded() && document()->config()->layoutReverse(key - 1);
+    };
+    faces.reverseLayers = m_reverseLayersLayouts;
+    faces.layersSwappable = isDoubleLayer() && isOrientationUpperLower();
+    m_coilLayouts = Winding::faceLayouts(m_baseLayout, faces);
+}
+
 void WindingObject::updateCountLayouts()
 {
-    // A yokeless stator or a toroidal winding has one layout for the two faces of a body.
-    const bool onePerBody = isToroidal() || document()->stator()->typeMiddleItem() == MotorElement::Yokeless;
-    int count = 1;
-    switch (document()->machineType()) {
-    case Machine::SRS:
-        count = 2;
-        break;
-    case Machine::SRSRS:
-        count = onePerBody ? 3 : 4;
-        break;
-    case Machine::RSR:
-        count = onePerBody ? 1 : 2;
-        break;
-    case Machine::RSRSR:
-        count = onePerBody ? 2 : 4;
-        break;
-    case Machine::SR:
-    case Machine::UnknownType:
-        break;
-    }
+    const int count = Winding::countLayouts(document()->machineType(), isOnePerBody());
     if (count == m_countLayouts)
         return;
     m_countLayouts = count;
     m_reverseLayersLayouts.resize(count);
-    for (Winding::Layout &coilLayout : m_coilLayouts) {
-        for (Winding::CoilList &list : coilLayout)
-            list.clear();
-    }
+    makeLayouts();
     announce(&WindingObject::countLayoutsChanged);
+}
+
+int WindingObject::statorItemOfLayout(int index) const
+{
+    return Winding::statorItemOfLayout(document()->machineType(), isOnePerBody(), index);
 }
 
 void WindingObject::setReverseLayersLayouts(const QVector<bool> &reverse)
@@ -357,6 +439,7 @@ void WindingObject::setReverseLayersLayouts(const QVector<bool> &reverse)
         return;
     m_reverseLayersLayouts = reverse;
     announce(&WindingObject::reverseLayersLayoutsChanged);
+    updateLayouts();
 }
 
 void WindingObject::setReverseLayerLayout(int index, bool reverse)
@@ -370,70 +453,51 @@ void WindingObject::setReverseLayerLayout(int index, bool reverse)
 
 bool WindingObject::isFeasible() const
 {
-    const int slotCount = numberSlots();
-    const int divisor = std::gcd(slotCount, document()->rotor()->numberPolePairs());
-    return divisor != 0 && isWhole(slotCount / 3.0 / divisor);
+    return layoutSettings().isFeasible();
 }
 
 bool WindingObject::isParallelPathsValid() const
 {
-    return m_parallelPaths >= 1
-           && isWhole(double(effectiveNumberLayers()) * numberSlots() / (6.0 * m_parallelPaths));
+    return layoutSettings().isParallelPathsValid();
 }
 
-bool WindingObject::isToroidalLayoutValid() const
+bool WindingObject::isBalanced() const
 {
-    Winding::CoilList coils;
-    for (const Winding::CoilList &list : m_baseLayout)
-        coils << list;
-    for (const Winding::Coil &coil : coils) {
-        const auto sharing = std::count_if(coils.cbegin(), coils.cend(), [&coil](const Winding::Coil &other) {
-            return other.slotFrom == coil.slotFrom || other.slotTo == coil.slotTo;
-        });
-        if (sharing >= 2)
-            return false;
-    }
-    return true;
+    return Winding::LayoutGenerator(layoutSettings()).isBalanced(m_baseLayout);
+}
+
+double WindingObject::calcWindingFactor(int harmonic) const
+{
+    return Winding::windingFactor(layoutSettings(), m_baseLayout.at(Winding::A), harmonic);
 }
 
 QString WindingObject::signatureLayouts() const
 {
-    const int slotCount = numberSlots();
-    const int layers = effectiveNumberLayers();
-    if (!isFeasible() || !isParallelPathsValid() || (layers == 1 && slotCount % 2 != 0)
-        || (isToroidal() && !isToroidalLayoutValid()))
-        return QString();
+    return Winding::layoutSignature(m_baseLayout, layoutSettings());
+}
 
-    const int positions = layers * slotCount;
-    QString signature(positions * 2, QLatin1Char('.'));
-    auto inside = [positions](int position) { return position >= 0 && position < positions; };
-    auto write = [&signature](int position, QChar sign, QChar letter) {
-        signature[2 * position] = sign;
-        signature[2 * position + 1] = letter;
-    };
-    // Upper and lower layers of a planar winding are counted from the other face.
-    const bool flipLayers = isPlanar() && isOrientationUpperLower();
-    auto positionOf = [flipLayers](int slot, int layer) { return 2 * slot + (flipLayers ? 1 - layer : layer); };
+QString WindingObject::layoutsToText() const
+{
+    return Winding::layoutsToText(m_coilLayouts, m_countLayouts, m_parallelPaths);
+}
 
-    for (int phase = Winding::A; phase < Winding::Count; ++phase) {
-        const QChar letter = Winding::toString(Winding::Phase(phase)).at(0);
-        for (const Winding::Coil &coil : m_baseLayout.at(phase)) {
-            if (layers == 1) {
-                if (inside(coil.slotFrom))
-                    write(coil.slotFrom, QLatin1Char('+'), letter);
-                if (inside(coil.slotTo))
-                    write(coil.slotTo, QLatin1Char('-'), letter);
-                continue;
-            }
-            const int from = positionOf(coil.slotFrom, coil.layerFrom);
-            const int to = positionOf(coil.slotTo, coil.layerTo);
-            if (!inside(from) || !inside(to))
-                continue;
-            write(from, QLatin1Char('+'), letter);
-            write(to, QLatin1Char('-'), letter);
-        }
+bool WindingObject::saveLayoutsToFile(const QString &path) const
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        qCritical() << "Error: Can't open file" << path << "for write:" << file.errorString();
+        return false;
     }
-    return signature;
+    if (file.write(layoutsToText().toUtf8()) < 0) {
+        qCritical() << "Error: Can't write file" << path << ":" << file.errorString();
+        return false;
+    }
+    return true;
+}
+
+QVector<Winding::SlotMark> WindingObject::slotMarks(int layoutIndex) const
+{
+    return Winding::slotMarks(m_coilLayouts.value(layoutIndex), numberSlots(), effectiveNumberLayers());
 }
 
 void WindingObject::setEndturnsScript(const QString &script)
@@ -674,7 +738,7 @@ void WindingObject::updateWindingErrors()
         errors |= CoreMotorElement::SlotsNotEven;
 
     const bool slotsUsable = !(errors & (CoreMotorElement::SlotPoleNotFeasible | CoreMotorElement::SlotsNotEven));
-    if (slotsUsable && isToroidal() && !isToroidalLayoutValid())
+    if (slotsUsable && isToroidal() && !Winding::isToroidalLayoutValid(m_baseLayout))
         errors |= CoreMotorElement::LayoutIncorrect;
     if (slotsUsable && !isParallelPathsValid())
         errors |= CoreMotorElement::ParallelPathsIncorrect;
@@ -910,9 +974,13 @@ void WindingObject::settleAfterLoad()
         m_autoCalcCoilSpan = true;
         m_coilSpan = 1;
     }
-    m_coilSpan = clippedCoilSpan(m_coilSpan);
+    m_coilSpan = layoutSettings().clippedCoilSpan(m_coilSpan);
+    // Orientations aren't stored, an automatic layout follows from the settings and
+    // the layouts of the faces from the base layout: all are worked out again.
+    fillBaseLayout();
 
     updateCountLayouts();
+    makeLayouts();
     if (m_countLayouts == 1)
         m_connection.clear();
     updateWindingErrors();

@@ -5,6 +5,8 @@
 #include <QVector>
 
 #include "document/CoreMotorElement.h"
+#include "winding/LayoutSettings.h"
+#include "winding/LayoutText.h"
 #include "winding/Winding.h"
 
 class QDataStream;
@@ -106,15 +108,30 @@ public:
     QVector<Winding::Layout> coilLayouts() const { return m_coilLayouts; }
     int countLayouts() const { return m_countLayouts; }
     void updateCountLayouts();
+    // The id of the stator body whose face the layout lies on.
+    int statorItemOfLayout(int index) const;
+    // Generates the base layout; a manual one keeps its coils and only takes the span.
+    void fillBaseLayout();
+    // Brings the base layout and the layouts of the faces up to date and tells what changed.
+    void updateLayouts();
     QVector<bool> reverseLayersLayouts() const { return m_reverseLayersLayouts; }
     void setReverseLayersLayouts(const QVector<bool> &reverse);
     void setReverseLayerLayout(int index, bool reverse);
 
+    // The slots, poles and settings that the layout is made from.
+    Winding::LayoutSettings layoutSettings() const;
     bool isFeasible() const;
     bool isParallelPathsValid() const;
+    // Every slot of the base layout holds a coil side, none more than it has layers.
+    bool isBalanced() const;
+    double calcWindingFactor(int harmonic) const;
     // What lies in each slot position, two characters a coil side; the document
     // finds the machine's symmetry in it.
     QString signatureLayouts() const;
+    QString layoutsToText() const;
+    bool saveLayoutsToFile(const QString &path) const;
+    // The marks of the slot picture of one layout, at effective layers x slot + layer.
+    QVector<Winding::SlotMark> slotMarks(int layoutIndex) const;
 
     QString endturnsScript() const { return m_endturnsScript; }
     void setEndturnsScript(const QString &script);
@@ -221,7 +238,8 @@ private:
     template <typename Signal>
     void announceOverhang(Signal signal);
     int numberSlots() const;
-    int clippedCoilSpan(int span) const;
+    // A yokeless body or a toroidal winding has one layout for both faces of a body.
+    bool isOnePerBody() const;
     void storeCoilSpan(int span);
     void limitCoilSpan();
     void rememberWireSize();
@@ -230,7 +248,7 @@ private:
     void keepManualOverhangs();
     void followOverhangRule();
     void updateOverhangLimits();
-    bool isToroidalLayoutValid() const;
+    void makeLayouts();
     bool isUnbalanced() const;
     void setWindingWarnings(WindingErrors warnings);
     void loadConnection(QDataStream &in, int version);

@@ -20,8 +20,9 @@ TEST(DocumentStates, NewDocumentIsAnUnmodifiedSingleGapMachine)
     EXPECT_EQ(doc.machineType(), Machine::SR);
     EXPECT_EQ(doc.activeAirgaps(), 1);
     EXPECT_EQ(doc.airgaps().size(), 1);
-    EXPECT_EQ(doc.periodicity(), 1);
-    EXPECT_EQ(doc.boundaryCondition(), Document::None);
+    // The configuration's 12 slots and 10 poles repeat, with the opposite sign, after half the machine.
+    EXPECT_EQ(doc.periodicity(), 2);
+    EXPECT_EQ(doc.boundaryCondition(), Document::Antiperiodic);
     EXPECT_FALSE(doc.isModified());
     EXPECT_EQ(doc.objectName(), "motor");
 }

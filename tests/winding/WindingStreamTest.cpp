@@ -4,20 +4,11 @@
 #include "geometry/Stator.h"
 #include "scripting/QtPrinters.h"
 #include "winding/BlockStream.h"
+#include "winding/CoilHelpers.h"
+#include "winding/LayoutFaces.h"
 #include "winding/WindingObject.h"
 
 namespace {
-
-Winding::Coil coil(int slotFrom, int slotTo, int layerFrom, int layerTo, int parallelPath)
-{
-    Winding::Coil result;
-    result.slotFrom = slotFrom;
-    result.slotTo = slotTo;
-    result.layerFrom = layerFrom;
-    result.layerTo = layerTo;
-    result.parallelPath = parallelPath;
-    return result;
-}
 
 Winding::Layout baseLayout()
 {
@@ -64,10 +55,9 @@ struct OldBlock
             if (version != 2)
                 writeLayout(out, baseLayout());
             if (version >= 2) {
-                out << qint32(4);
-                writeLayout(out, faceLayout());
-                for (int i = 1; i < 4; ++i)
-                    writeLayout(out, Winding::Layout());
+                out << qint32(faces.size());
+                for (const Winding::Layout &face : faces)
+                    writeLayout(out, face);
             }
             out << qint32(Winding::Manual);
             if (version >= 6)
@@ -95,6 +85,7 @@ struct OldBlock
         });
     }
 
+    QVector<Winding::Layout> faces{faceLayout(), Winding::Layout(), Winding::Layout(), Winding::Layout()};
     qint32 coilSpan = 3;
     bool autoCalcCoilSpan = false;
     qint32 numberLayers = 2;
@@ -177,7 +168,7 @@ TEST_F(WindingStreamTest, EveryFieldSurvivesSaveAndLoad)
     EXPECT_EQ(read.coilSpan(), 4);
     EXPECT_FALSE(read.autoCalcCoilSpan());
     EXPECT_EQ(read.modeLayout(), Winding::Manual);
-    EXPECT_EQ(read.layout(), baseLayout());
+    EXPECT_EQ(read.layout(), winding->layout());
     EXPECT_EQ(read.coilLayouts(), winding->coilLayouts());
     EXPECT_EQ(read.reverseLayersLayouts(), QVector<bool>({true, false}));
     EXPECT_FALSE(read.autoCalcEndInductance());
@@ -204,6 +195,10 @@ TEST_F(WindingStreamTest, EveryFieldSurvivesSaveAndLoad)
 
 TEST_F(WindingStreamTest, WriterPutsEveryFieldWhereTheFormatHasIt)
 {
+    // The layouts of the faces are derived from the base layout: here the second
+    // one has its stacked layers reversed, as the block says.
+    block.faces = {baseLayout(), baseLayout(), Winding::Layout(), Winding::Layout()};
+    Winding::swapLayers(block.faces[1]);
     const QByteArray bytes = block.bytes(13);
     ASSERT_TRUE(load(bytes).usedUp);
     EXPECT_EQ(savedBlock(*winding), bytes);
@@ -227,9 +222,9 @@ TEST_F(WindingStreamTest, Version1HasOnlyTheBaseLayoutAndNoLumpedValues)
     EXPECT_EQ(winding->coilSpan(), 3);
     EXPECT_FALSE(winding->autoCalcCoilSpan());
     EXPECT_EQ(winding->numberLayers(), 2);
-    EXPECT_EQ(winding->layout(), baseLayout());
+    EXPECT_EQ(withoutOrientations(winding->layout()), baseLayout());
 
-    EXPECT_EQ(winding->coilLayouts(), QVector<Winding::Layout>(4));
+    EXPECT_EQ(withoutOrientations(winding->coilLayouts().first()), baseLayout());
     EXPECT_EQ(winding->reverseLayersLayouts(), reversals);
     EXPECT_EQ(winding->type(), Winding::Planar);
     EXPECT_TRUE(winding->autoCalcEndInductance());
@@ -240,16 +235,17 @@ TEST_F(WindingStreamTest, Version1HasOnlyTheBaseLayoutAndNoLumpedValues)
 TEST_F(WindingStreamTest, Version2TakesTheBaseLayoutFromTheFirstLayoutOfTheFaces)
 {
     EXPECT_TRUE(load(block.bytes(2)).usedUp);
-    EXPECT_EQ(winding->layout(), faceLayout());
+    EXPECT_EQ(withoutOrientations(winding->layout()), faceLayout());
     ASSERT_EQ(winding->coilLayouts().size(), 4);
-    EXPECT_EQ(winding->coilLayouts().first(), faceLayout());
+    EXPECT_EQ(withoutOrientations(winding->coilLayouts().first()), faceLayout());
 }
 
 TEST_F(WindingStreamTest, Version3HasBothTheBaseLayoutAndTheLayoutsOfTheFaces)
 {
     EXPECT_TRUE(load(block.bytes(3)).usedUp);
-    EXPECT_EQ(winding->layout(), baseLayout());
-    EXPECT_EQ(winding->coilLayouts().first(), faceLayout());
+    EXPECT_EQ(withoutOrientations(winding->layout()), baseLayout());
+    // The faces follow the base layout, whatever the file held for them.
+    EXPECT_EQ(withoutOrientations(winding->coilLayouts().first()), baseLayout());
 }
 
 TEST_F(WindingStreamTest, Version4StoresTheConnectionAsANumberAndAddsTheLumpedValues)
@@ -273,22 +269,25 @@ TEST_F(WindingStreamTest, Version4StoresTheConnectionAsANumberAndAddsTheLumpedVa
 
 TEST_F(WindingStreamTest, Version7AddsTheReversalsAndTheWireLength)
 {
+    const double overhang = winding->radialOverhangOuterEndturn();
     EXPECT_TRUE(load(block.bytes(7)).usedUp);
     EXPECT_EQ(winding->reverseLayersLayouts(), QVector<bool>({false, true}));
     EXPECT_DOUBLE_EQ(winding->wireLength(), 42.5);
-    EXPECT_DOUBLE_EQ(winding->radialOverhangOuterEndturn(), 0.0);
+    EXPECT_DOUBLE_EQ(winding->radialOverhangOuterEndturn(), overhang);
 }
 
 TEST_F(WindingStreamTest, Version10SkipsTheFieldsBetweenTheOverhangs)
 {
     const QString script = winding->endturnsScript();
+    const double height = winding->heightOuterEndturn();
+    const bool automatic = winding->autoCalcOverhangEndturns();
     EXPECT_TRUE(load(block.bytes(10)).usedUp);
 
     EXPECT_DOUBLE_EQ(winding->wireLength(), 42.5);
     EXPECT_DOUBLE_EQ(winding->radialOverhangOuterEndturn(), 3.5);
     EXPECT_DOUBLE_EQ(winding->radialOverhangInnerEndturn(), 2.5);
-    EXPECT_DOUBLE_EQ(winding->heightOuterEndturn(), 0.0);
-    EXPECT_TRUE(winding->autoCalcOverhangEndturns());
+    EXPECT_DOUBLE_EQ(winding->heightOuterEndturn(), height);
+    EXPECT_EQ(winding->autoCalcOverhangEndturns(), automatic);
     EXPECT_EQ(winding->endturnsScript(), script);
 }
 
@@ -319,10 +318,11 @@ TEST_F(WindingStreamTest, NewerVersionIsRefusedWithoutAChange)
 
 TEST_F(WindingStreamTest, CoilSpanIsBroughtIntoItsLimitsAfterLoading)
 {
+    // A single layer takes the automatic span: the pole pitch of 3 slots fills them all.
     block.numberLayers = 1;
     load(block.bytes(13));
     EXPECT_TRUE(winding->autoCalcCoilSpan());
-    EXPECT_EQ(winding->coilSpan(), 1);
+    EXPECT_EQ(winding->coilSpan(), 3);
 
     block.numberLayers = 2;
     block.orientation = Winding::LeftRight;

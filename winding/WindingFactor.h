@@ -1,0 +1,17 @@
+#pragma once
+
+#include "winding/LayoutSettings.h"
+#include "winding/Winding.h"
+
+namespace Winding {
+
+// The winding factor of the given harmonic order, worked out from the coils of
+// phase A: the phasor sum of its coil sides over the number of sides a phase has.
+double windingFactor(const LayoutSettings &settings, const CoilList &phaseA, int harmonic);
+
+// For display beside the factor: gcd(Q, 2p), and Q / gcd(Q, 2p) x 2p, which is 0
+// when Q or p is 0.
+int slotPoleGcd(int numberSlots, int polePairs);
+int slotPoleLcm(int numberSlots, int polePairs);
+
+} // namespace Winding
