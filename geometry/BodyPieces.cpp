@@ -80,6 +80,17 @@ PieceList placed(const PieceList &pitch, const Placement &placement)
     return pieces;
 }
 
+PieceList joinedPairs(const PieceList &pieces, bool simplify)
+{
+    PieceList joined;
+    for (int i = 0; i + 1 < pieces.size(); i += 2) {
+        const Piece &a = pieces.at(i);
+        joined << Piece(servoce::make_union(a.shape(), pieces.at(i + 1).shape(), simplify), a.material()->clone(),
+                        a.scope());
+    }
+    return joined;
+}
+
 QList<servoce::shape> turnedCopies(const servoce::shape &shape, double pitch, int count)
 {
     QList<servoce::shape> copies{shape};

@@ -33,6 +33,10 @@ PieceList placed(const PieceList &pitch, const Placement &placement);
 // The shape turned about the axis by k pitches, for k from 0 to count - 1.
 QList<servoce::shape> turnedCopies(const servoce::shape &shape, double pitch, int count);
 
+// Pieces 2i and 2i + 1 become one, with a copy of the first one's material and its scope;
+// a last piece without a partner is dropped.
+PieceList joinedPairs(const PieceList &pieces, bool simplify);
+
 // Neighbouring parallel magnets of the same field that the script let go of their pole
 // border become one body, pair by pair in the order of height and angle; an odd number
 // of such magnets leaves all of them apart.

@@ -94,6 +94,13 @@ PieceList PieceList::ofKind(qint32 kind) const
     return pieces;
 }
 
+PieceList PieceList::takeKind(qint32 kind)
+{
+    PieceList taken = ofKind(kind);
+    erase(std::remove_if(begin(), end(), [kind](const Piece &piece) { return piece.kind() == kind; }), end());
+    return taken;
+}
+
 QPair<double, double> PieceList::radialRange() const
 {
     double smallest = std::numeric_limits<double>::max();

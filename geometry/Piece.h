@@ -79,6 +79,8 @@ public:
     // Removes the seams of booleans from every shape; slow, see servoce::unify.
     void simplifyShapes();
     PieceList ofKind(qint32 kind) const;
+    // The pieces of that kind, taken out of the list; the others keep their order.
+    PieceList takeKind(qint32 kind);
     // Smallest and largest distance from the axis over all vertices.
     QPair<double, double> radialRange() const;
 };

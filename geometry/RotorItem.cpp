@@ -152,16 +152,9 @@ PieceList RotorItem::prepared(PieceList pieces) const
 PieceList RotorItem::transformedMagnets(PieceList magnets) const
 {
     const bool yoke = rotor()->typeMiddleItem() == MotorElement::Yoke;
-    if (isMiddle() && !yoke) {
-        // A yokeless middle body holds one magnet through both faces.
-        PieceList joined;
-        for (int i = 0; i + 1 < magnets.size(); i += 2) {
-            const Piece &a = magnets.at(i);
-            joined << Piece(servoce::make_union(a.shape(), magnets.at(i + 1).shape(), false), a.material()->clone(),
-                            a.scope());
-        }
-        magnets = joined;
-    }
+    // A yokeless middle body holds one magnet through both faces.
+    if (isMiddle() && !yoke)
+        magnets = BodyPieces::joinedPairs(magnets, false);
     if (magnets.size() > 1)
         magnets.sortByHeightAndAngle();
     for (Piece &magnet : magnets)
@@ -198,11 +191,8 @@ PieceList RotorItem::builtBody(const PieceList &base)
 {
     BodyPieces::Placement where = placement(true);
     where.keptKind = AbstractMaterial::MagnetKind;
-    PieceList pole;
-    PieceList poleMagnets;
-    for (const Piece &piece : BodyPieces::placed(base, where))
-        (piece.kind() == AbstractMaterial::MagnetKind ? poleMagnets : pole) << piece;
-    poleMagnets = transformedMagnets(poleMagnets);
+    PieceList pole = BodyPieces::placed(base, where);
+    const PieceList poleMagnets = transformedMagnets(pole.takeKind(AbstractMaterial::MagnetKind));
     checkMagnetSegments(poleMagnets);
     pole << poleMagnets;
     const int poles = 2 * rotor()->numberPolePairs();

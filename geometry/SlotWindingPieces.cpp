@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "geometry/servoce/boolops.h"
+#include "geometry/BodyPieces.h"
 #include "materials/WindingMaterial.h"
 
 namespace {
@@ -28,18 +28,6 @@ PieceList withLayer(PieceList pieces, int layer)
     return pieces;
 }
 
-// Pieces 2i and 2i + 1 become one, with the first one's material and scope.
-PieceList joinedPairs(const PieceList &pieces)
-{
-    PieceList joined;
-    for (int i = 0; i + 1 < pieces.size(); i += 2) {
-        const Piece &a = pieces.at(i);
-        joined << Piece(servoce::make_union(a.shape(), pieces.at(i + 1).shape(), true), a.material()->clone(),
-                        a.scope());
-    }
-    return joined;
-}
-
 } // namespace
 
 SlotWindingPieces::SlotWindingPieces(const Build &build, Report report)
@@ -56,7 +44,7 @@ PieceList SlotWindingPieces::numberedPitch(PieceList pieces) const
         return withLayouts(pieces);
     }
     if (pitchJoinsPairs(pieces.size()))
-        pieces = joinedPairs(pieces);
+        pieces = BodyPieces::joinedPairs(pieces, true);
     PieceList numbered;
     for (int k = 0; k < pieces.size(); ++k)
         numbered << withLayer({pieces.at(k)}, pitchLayerOf(k));
@@ -171,12 +159,12 @@ PieceList SlotWindingPieces::bodyLayers(const PieceList &pieces, int perSlot) co
         PieceList upper;
         for (int k = 0; k < pieces.size(); ++k)
             (k < middle ? lower : upper) << pieces.at(k);
-        PieceList numbered = withLayer(joinedPairs(lower), 1);
-        numbered << withLayer(joinedPairs(upper), 2);
+        PieceList numbered = withLayer(BodyPieces::joinedPairs(lower, true), 1);
+        numbered << withLayer(BodyPieces::joinedPairs(upper, true), 2);
         return numbered;
     }
     const bool halvesOfSides = yokeMiddle || perSlot == 2;
-    return withLayer(halvesOfSides ? joinedPairs(pieces) : pieces, 1);
+    return withLayer(halvesOfSides ? BodyPieces::joinedPairs(pieces, true) : pieces, 1);
 }
 
 PieceList SlotWindingPieces::withLayouts(PieceList pieces) const

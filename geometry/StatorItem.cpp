@@ -36,23 +36,13 @@ QList<servoce::shape> bodiesOf(const servoce::shape &shape)
 // Pieces of one kind taken out of the list and fused into one, with the first one's material.
 void fuseKind(PieceList &pieces, qint32 kind)
 {
+    const PieceList taken = pieces.takeKind(kind);
+    if (taken.isEmpty())
+        return;
     QList<servoce::shape> shapes;
-    QSharedPointer<AbstractMaterial> material;
-    Piece::Scope scope = Piece::Empty;
-    for (auto it = pieces.begin(); it != pieces.end();) {
-        if (it->kind() != kind) {
-            ++it;
-            continue;
-        }
-        if (shapes.isEmpty()) {
-            material = it->material()->clone();
-            scope = it->scope();
-        }
-        shapes << it->shape();
-        it = pieces.erase(it);
-    }
-    if (!shapes.isEmpty())
-        pieces << Piece(servoce::makeUnion(shapes, true), material, scope);
+    for (const Piece &piece : taken)
+        shapes << piece.shape();
+    pieces << Piece(servoce::makeUnion(shapes, true), taken.first().material()->clone(), taken.first().scope());
 }
 
 } // namespace
@@ -120,21 +110,19 @@ QVariantMap StatorItem::scriptGeometry() const
 
 PieceList StatorItem::prepared(PieceList pieces) const
 {
-    PieceList bodies;
-    for (auto it = pieces.begin(); it != pieces.end();) {
-        if (it->kind() != AbstractMaterial::GeneralKind) {
-            ++it;
-            continue;
-        }
-        for (const servoce::shape &body : bodiesOf(it->shape()))
-            bodies << Piece(body, it->material()->clone(), it->scope());
-        it = pieces.erase(it);
+    for (const Piece &general : pieces.takeKind(AbstractMaterial::GeneralKind)) {
+        for (const servoce::shape &body : bodiesOf(general.shape()))
+            pieces << Piece(body, general.material()->clone(), general.scope());
     }
-    pieces << bodies;
     for (Piece &piece : pieces)
         piece.setShape(BodyPieces::fusedSolids(piece.shape()));
     fuseKind(pieces, AbstractMaterial::IronKind);
     return pieces;
+}
+
+double StatorItem::radiusBeyondBodies() const
+{
+    return 1.1 * std::max(stator()->outerDiameter(), document()->rotor()->outerDiameter()) * 0.5;
 }
 
 PieceList StatorItem::withToothInTheMiddle(const PieceList &base) const
@@ -151,7 +139,7 @@ PieceList StatorItem::withToothInTheMiddle(const PieceList &base) const
     // The coil lies across the pitch's middle: the pitch is cut there, and its halves
     // change places, so that the coil's halves lie at the pitch's edges.
     const double half = qDegreesToRadians(stator()->slotAngleSpan()) / 2.0;
-    const double radius = 1.1 * std::max(stator()->outerDiameter(), document()->rotor()->outerDiameter()) * 0.5;
+    const double radius = radiusBeyondBodies();
     const servoce::shape sector = servoce::cylinder(radius, height(), half, false);
     PieceList pieces = base;
     tbb::parallel_for(0, pieces.size(), [&](int i) {
@@ -201,11 +189,7 @@ PieceList StatorItem::builtBody(const PieceList &base)
     where.simplifyJoins = true;
     const SlotWindingPieces numbering = windingNumbering();
     PieceList pitch = BodyPieces::placed(withToothInTheMiddle(base), where);
-    const PieceList pitchWindings = numbering.numberedPitch(pitch.ofKind(AbstractMaterial::WindingKind));
-    pitch.erase(std::remove_if(pitch.begin(), pitch.end(),
-                               [](const Piece &piece) { return piece.kind() == AbstractMaterial::WindingKind; }),
-                pitch.end());
-    pitch << pitchWindings;
+    pitch << numbering.numberedPitch(pitch.takeKind(AbstractMaterial::WindingKind));
     const int slotCount = stator()->numberSlots();
     const double slotPitch = 2.0 * M_PI / slotCount;
 
@@ -248,7 +232,7 @@ PieceList StatorItem::builtBody(const PieceList &base)
 
 void StatorItem::measureSlot(const PieceList &pitchPieces, const PieceList &body)
 {
-    const double radius = 1.1 * std::max(stator()->outerDiameter(), document()->rotor()->outerDiameter()) * 0.5;
+    const double radius = radiusBeyondBodies();
     const SlotSection section =
         SlotSection::across(pitchPieces.ofKind(AbstractMaterial::WindingKind), body, qDegreesToRadians(pitch()),
                             qDegreesToRadians(relativeDisplacement()), radius, height());

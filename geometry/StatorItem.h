@@ -38,6 +38,8 @@ protected:
     PieceList builtBody(const PieceList &base) override;
 
 private:
+    // A tenth beyond the larger of stator and rotor: cutting sectors reach past every body.
+    double radiusBeyondBodies() const;
     // A pitch whose only coil lies across its middle is redrawn with a tooth there.
     PieceList withToothInTheMiddle(const PieceList &base) const;
     // The layers of the winding pieces by this body's place and the winding.

@@ -8,6 +8,7 @@
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptConsole.h"
 #include "QmlScripting/ScriptObject.h"
+#include "geometry/PieceMeasures.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
@@ -54,13 +55,6 @@ rotor.getGeometry = function(id) {
 };
 )";
 
-// The area between two circles within |y| < a.
-double stripArea(double a, double r0, double r1)
-{
-    const auto half = [a](double r) { return a * std::sqrt(r * r - a * a) + r * r * std::asin(a / r); };
-    return half(r1) - half(r0);
-}
-
 // A document whose stator and rotor read the scripts above from a folder of their own.
 class BodyPiecesTest : public ::testing::Test
 {
@@ -90,14 +84,6 @@ protected:
     Document doc{nullptr};
 };
 
-double totalVolume(const PieceList &pieces)
-{
-    double volume = 0.0;
-    for (const Piece &piece : pieces)
-        volume += piece.shape().volume();
-    return volume;
-}
-
 } // namespace
 
 TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
@@ -115,7 +101,7 @@ TEST_F(BodyPiecesTest, AStatorBodyIsTheSlotPitchTurnedOverAllSlots)
 
     const PieceList iron = pieces.ofKind(AbstractMaterial::IronKind);
     ASSERT_EQ(iron.size(), 1) << "the iron of all pitches is one piece";
-    const double slotVolume = stripArea(slotWidth / 2, innerRadius, outerRadius) * slotDepth;
+    const double slotVolume = annulusStripArea(slotWidth / 2, innerRadius, outerRadius) * slotDepth;
     const double annulus = M_PI * (outerRadius * outerRadius - innerRadius * innerRadius) * height;
     EXPECT_NEAR(iron.first().shape().volume(), annulus - 6 * slotVolume, 1e-6 * annulus);
 

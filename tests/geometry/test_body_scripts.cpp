@@ -5,6 +5,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "geometry/PieceMeasures.h"
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "QmlScripting/ScriptObject.h"
@@ -39,19 +40,10 @@ double sectorVolume(double degrees, double height, double r0 = innerRadius, doub
     return degrees / 360.0 * M_PI * (r1 * r1 - r0 * r0) * height;
 }
 
-// The area of the annulus within |y| < a: the cross-section of a parallel-sided slot 2a wide.
+// The cross-section of a parallel-sided slot 2a wide through the whole disc.
 double stripArea(double a)
 {
-    const auto half = [a](double r) { return a * std::sqrt(r * r - a * a) + r * r * std::asin(a / r); };
-    return half(outerRadius) - half(innerRadius);
-}
-
-double volumeOf(const PieceList &pieces)
-{
-    double volume = 0.0;
-    for (const Piece &piece : pieces)
-        volume += piece.shape().volume();
-    return volume;
+    return annulusStripArea(a, innerRadius, outerRadius);
 }
 
 PieceList piecesOf(const QVariantMap &result)
