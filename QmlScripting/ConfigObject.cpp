@@ -1,5 +1,6 @@
 #include "QmlScripting/ConfigObject.h"
 
+#include "base/Numeric.h"
 #include "materials/Magnetization.h"
 
 #include <QDebug>
@@ -10,7 +11,7 @@ namespace {
 
 bool isAngle(double angle, double target)
 {
-    return std::abs(angle - target) <= 1e-7;
+    return Numeric::isZero(angle - target);
 }
 
 double transformedParallelAngle(double angle, bool mirror, bool rotate)
@@ -20,7 +21,7 @@ double transformedParallelAngle(double angle, bool mirror, bool rotate)
     if (isAngle(angle, 0.0) || isAngle(angle, 180.0))
         return rotate ? angle + 180.0 : angle;
     if (mirror)
-        angle = normalizeAngle(-angle);
+        angle = Numeric::normalizeAngle(-angle);
     return rotate ? angle + 180.0 : angle;
 }
 

@@ -1,23 +1,38 @@
 #include "QmlScripting/JSEngine.h"
 
-#include "QmlScripting/Machine.h"
 #include "QmlScripting/QmlGeomProvider.h"
 #include "QmlScripting/QmlGuiProvider.h"
 #include "QmlScripting/QmlMaterialProvider.h"
 #include "QmlScripting/QmlWidgetsProvider.h"
 #include "QmlScripting/ScriptModules.h"
-#include "document/Document.h"
+#include "base/Machine.h"
 #include "geometry/PoleArrangement.h"
-#include "geometry/Rotor.h"
-#include "geometry/RotorItem.h"
-#include "geometry/Stator.h"
-#include "geometry/StatorItem.h"
 #include "winding/Winding.h"
-#include "winding/WindingObject.h"
 
 #include <QCoreApplication>
 #include <QDebug>
 #include <QMetaEnum>
+#include <QMutex>
+#include <QMutexLocker>
+#include <QVector>
+
+namespace {
+
+struct ExposedClass {
+    QString name;
+    const QMetaObject *metaObject;
+};
+
+QMutex exposedMutex;
+QVector<ExposedClass> exposedClasses;
+
+QVector<ExposedClass> exposedSoFar()
+{
+    QMutexLocker locker(&exposedMutex);
+    return exposedClasses;
+}
+
+} // namespace
 
 JSEngine::JSEngine(QObject *parent)
     : QQmlEngine(parent)
@@ -73,27 +88,38 @@ void JSEngine::installModules()
     globalObject().setProperty(QStringLiteral("require"), modules.property(QStringLiteral("require")));
 }
 
+void JSEngine::exposeClass(const QString &name, const QMetaObject *metaObject)
+{
+    QMutexLocker locker(&exposedMutex);
+    for (ExposedClass &exposed : exposedClasses) {
+        if (exposed.name == name) {
+            exposed.metaObject = metaObject;
+            return;
+        }
+    }
+    exposedClasses.append({name, metaObject});
+}
+
 void JSEngine::installEnumerations()
 {
     // Scripts write the program's enumerators by their class: Coil.CW, StatorItem.ID1.
     QJSValue global = globalObject();
-    QJSValue motor = newQMetaObject(&Document::staticMetaObject);
+    for (const ExposedClass &exposed : exposedSoFar())
+        global.setProperty(exposed.name, newQMetaObject(exposed.metaObject));
+    QJSValue motor = global.property(QStringLiteral("Motor"));
+    if (!motor.isObject())
+        motor = newObject();
     const QMetaEnum types = QMetaEnum::fromType<Machine::Type>();
     for (int i = 0; i < types.keyCount(); ++i) {
         if (types.value(i) != Machine::UnknownType)
             motor.setProperty(QString::fromLatin1(types.key(i)), types.value(i));
     }
     global.setProperty(QStringLiteral("Motor"), motor);
-    global.setProperty(QStringLiteral("Rotor"), newQMetaObject(&Rotor::staticMetaObject));
-    global.setProperty(QStringLiteral("RotorItem"), newQMetaObject(&RotorItem::staticMetaObject));
-    global.setProperty(QStringLiteral("Stator"), newQMetaObject(&Stator::staticMetaObject));
-    global.setProperty(QStringLiteral("StatorItem"), newQMetaObject(&StatorItem::staticMetaObject));
     global.setProperty(QStringLiteral("Coil"), newQMetaObject(&Winding::Coil::staticMetaObject));
     QJSValue winding = newQMetaObject(&Winding::staticMetaObject);
     winding.setProperty(QStringLiteral("SingleLayer"), 1);
     winding.setProperty(QStringLiteral("DoubleLayer"), 2);
     global.setProperty(QStringLiteral("Winding"), winding);
-    global.setProperty(QStringLiteral("WindingObject"), newQMetaObject(&WindingObject::staticMetaObject));
     global.setProperty(QStringLiteral("PoleArrangement"), newQMetaObject(&PoleArrangement::staticMetaObject));
 }
 

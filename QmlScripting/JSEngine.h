@@ -24,6 +24,10 @@ public:
     // A script of the program's own assets shows by its path from "/scripts" on.
     static QString errorString(const QJSValue &error);
 
+    // A class of the design, above this layer, whose enumerators scripts write by its
+    // name (Stator.ID1). Engines made afterwards know it; "Motor" also gets the machine types.
+    static void exposeClass(const QString &name, const QMetaObject *metaObject);
+
     // Calls `console[method](text)` of the script world, whichever console is installed.
     void consoleCall(const QString &method, const QString &text);
 

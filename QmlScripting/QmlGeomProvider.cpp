@@ -12,10 +12,10 @@
 #include <cmath>
 
 #include "QmlScripting/JSEngine.h"
-#include "QmlScripting/ScriptModules.h"
 #include "QmlScripting/QmlMaterials.h"
+#include "QmlScripting/ScriptModules.h"
+#include "base/Numeric.h"
 #include "geometry/servoce/boolops.h"
-#include "materials/BasicMaterials.h"
 #include "geometry/servoce/curve.h"
 #include "geometry/servoce/face.h"
 #include "geometry/servoce/failure.h"
@@ -23,14 +23,19 @@
 #include "geometry/servoce/solid.h"
 #include "geometry/servoce/trans.h"
 #include "geometry/servoce/unify.h"
+#include "materials/BasicMaterials.h"
 
 // The slot gives up with the fallback once a guard has reported.
 #define GEOM_NAN(value, name, fallback)                                                                       \
-    if (!checkArgNaN(value, name, __FILE__, __LINE__, Q_FUNC_INFO))                                           \
-    return fallback
+    do {                                                                                                      \
+        if (!checkArgNaN(value, name, __FILE__, __LINE__, Q_FUNC_INFO))                                       \
+            return fallback;                                                                                  \
+    } while (0)
 #define GEOM_GREAT(value, name, fallback)                                                                     \
-    if (!checkArgGreat(value, 0.0, name, __FILE__, __LINE__, Q_FUNC_INFO))                                   \
-    return fallback
+    do {                                                                                                      \
+        if (!checkArgGreat(value, 0.0, name, __FILE__, __LINE__, Q_FUNC_INFO))                               \
+            return fallback;                                                                                  \
+    } while (0)
 
 namespace {
 
@@ -47,7 +52,7 @@ const char *const prologue = "function readFile(pathFame){return Geom.readFile(p
 
 bool nearZero(double value)
 {
-    return std::abs(value) <= 1e-7;
+    return Numeric::isZero(value);
 }
 
 bool fuzzyEqual(double a, double b)
@@ -224,7 +229,7 @@ bool QmlGeomProvider::fuzzyIsEqual(double v1, double v2, double eps)
 double QmlGeomProvider::normAngle(double a)
 {
     GEOM_NAN(a, "a", 0.0);
-    return ::normAngle(a);
+    return Numeric::normalizeAngle(a);
 }
 
 double QmlGeomProvider::middleAngle(double a1, double a2, int dir)
@@ -235,14 +240,14 @@ double QmlGeomProvider::middleAngle(double a1, double a2, int dir)
         m_engine->consoleCall(QStringLiteral("error"),
                               tr("Function Math.middleAngle(a1, a2, dir), argument 'dir' must be Coil.CW or Coil.CCW"));
     }
-    const double n1 = ::normAngle(a1);
-    double n2 = ::normAngle(a2);
+    const double n1 = Numeric::normalizeAngle(a1);
+    double n2 = Numeric::normalizeAngle(a2);
     if (n1 > n2)
         n2 += 360.0;
     double mid = (n2 - n1) * 0.5 + n1;
     if (dir == -1)
         mid += 180.0;
-    return ::normAngle(mid);
+    return Numeric::normalizeAngle(mid);
 }
 
 double QmlGeomProvider::angle(const QJSValue &arg1, const QJSValue &arg2)

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Numeric.h"
 #include "geometry/servoce/trans.h"
 
 namespace {
@@ -27,20 +28,9 @@ double angleBetween(const servoce::vector3 &a, const servoce::vector3 &b)
 
 } // namespace
 
-double normAngle(double degrees)
-{
-    if (std::abs(degrees) <= 1e-7)
-        return 0.0;
-    if (degrees < 0.0)
-        degrees = std::fmod(degrees, 360.0) + 360.0;
-    if (degrees > 360.0 || qFuzzyCompare(degrees, 360.0))
-        degrees = std::fmod(degrees, 360.0);
-    return degrees;
-}
-
 double scriptAngleToRadians(double degrees)
 {
-    return normAngle(degrees) * radiansPerDegree;
+    return Numeric::normalizeAngle(degrees) * radiansPerDegree;
 }
 
 std::vector<servoce::point3> QmlPoint3::fromList(const QVariantList &list)
@@ -270,7 +260,7 @@ double QmlVector3::angle(const QmlVector3 &oth) const
 
 bool QmlVector3::isZero() const
 {
-    return std::abs(x) <= 1e-7 && std::abs(y) <= 1e-7 && std::abs(z) <= 1e-7;
+    return Numeric::isZero(x) && Numeric::isZero(y) && Numeric::isZero(z);
 }
 
 QmlBoundingBox::QmlBoundingBox(const servoce::boundbox &box)

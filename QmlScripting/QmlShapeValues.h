@@ -11,9 +11,7 @@
 // boxes. They travel through QVariant and QJSValue by value, and every method gives
 // a new value. Angles are in degrees here and radians at the shape layer.
 
-// Brings an angle into 0 up to but not including 360; within 1e-7 of 0 it is 0.
-double normAngle(double degrees);
-// normAngle, then radians.
+// Numeric::normalizeAngle, then radians.
 double scriptAngleToRadians(double degrees);
 
 class QmlVector3;

@@ -8,9 +8,9 @@
 namespace {
 
 // The key of one machine and body type, such as picture_srs_yokeless.
-QString typedKey(const char *kind, Machine::Type type, MotorElement::MiddleType middle)
+QString typedKey(const char *kind, Machine::Type type, ElementTypes::MiddleType middle)
 {
-    const char *middleName = QMetaEnum::fromType<MotorElement::MiddleType>().valueToKey(middle);
+    const char *middleName = QMetaEnum::fromType<ElementTypes::MiddleType>().valueToKey(middle);
     return QStringLiteral("%1_%2_%3")
         .arg(QLatin1String(kind), Machine::typeText(type), QLatin1String(middleName))
         .toLower();
@@ -78,16 +78,16 @@ bool ScriptDescribe::isApplicable(Machine::Type type) const
     return (m_applicability & Machine::applicabilityOf(type)) != 0;
 }
 
-QString ScriptDescribe::picture(Machine::Type type, MotorElement::MiddleType middle) const
+QString ScriptDescribe::picture(Machine::Type type, ElementTypes::MiddleType middle) const
 {
-    if (type == Machine::UnknownType || middle == MotorElement::UnknownType)
+    if (type == Machine::UnknownType || middle == ElementTypes::UnknownType)
         return m_pictures.value(QLatin1String("picture")).toString();
     return m_pictures.value(typedKey("picture", type, middle)).toString(QStringLiteral(":/prohibition.png"));
 }
 
-QString ScriptDescribe::manual(Machine::Type type, MotorElement::MiddleType middle) const
+QString ScriptDescribe::manual(Machine::Type type, ElementTypes::MiddleType middle) const
 {
-    if (type == Machine::UnknownType || middle == MotorElement::UnknownType)
+    if (type == Machine::UnknownType || middle == ElementTypes::UnknownType)
         return m_manuals.value(QLatin1String("manual")).toString();
     return m_manuals.value(typedKey("manual", type, middle)).toString();
 }

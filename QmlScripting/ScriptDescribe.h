@@ -4,8 +4,8 @@
 #include <QJsonObject>
 #include <QString>
 
-#include "QmlScripting/Machine.h"
-#include "geometry/MotorElement.h"
+#include "base/ElementTypes.h"
+#include "base/Machine.h"
 
 // One entry of a script catalogue: what the user sees of a stator, rotor or end-turn
 // script, where its pictures and manuals lie, and for which machines it is meant.
@@ -34,9 +34,9 @@ public:
     bool isApplicable(Machine::Type type) const;
     // The picture for a machine and body type: ":/prohibition.png" where the catalogue
     // has none for that pair. With either type unknown, the entry's general picture.
-    QString picture(Machine::Type type, MotorElement::MiddleType middle) const;
+    QString picture(Machine::Type type, ElementTypes::MiddleType middle) const;
     // The same for manuals; a missing one is an empty text.
-    QString manual(Machine::Type type, MotorElement::MiddleType middle) const;
+    QString manual(Machine::Type type, ElementTypes::MiddleType middle) const;
 
 private:
     ScriptDescribe(const QString &name, int applicability);

@@ -1,8 +1,8 @@
 #include "analysis/DriveSettings.h"
 
 #include <QDataStream>
-#include <type_traits>
 
+#include "base/Assign.h"
 #include "document/Document.h"
 
 namespace {
@@ -113,14 +113,8 @@ void DriveSettings::setPropertyUndoable(const QString &name, const QVariant &val
 template <typename T, typename Signal>
 void DriveSettings::assign(T &field, const T &value, Signal signal)
 {
-    if constexpr (std::is_floating_point_v<T>) {
-        if (qFuzzyCompare(field, value))
-            return;
-    } else {
-        if (field == value)
-            return;
-    }
-    field = value;
+    if (!assignChanged(field, value))
+        return;
     emit(this->*signal)();
     emit changed();
 }

@@ -2,15 +2,15 @@
 
 #include <QDataStream>
 #include <QDebug>
-#include <type_traits>
 
 #include "analysis/DriveSettings.h"
+#include "base/Assign.h"
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "meshing/Mesh.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "winding/WindingObject.h"
 
 namespace {
@@ -80,14 +80,8 @@ QString MagnetostaticAnalysis::timePeriodModeName(TimePeriodMode mode)
 template <typename T, typename Signal>
 void MagnetostaticAnalysis::assign(T &field, const T &value, Signal signal)
 {
-    if constexpr (std::is_floating_point_v<T>) {
-        if (qFuzzyCompare(field, value))
-            return;
-    } else {
-        if (field == value)
-            return;
-    }
-    field = value;
+    if (!assignChanged(field, value))
+        return;
     emit(this->*signal)();
     emit changed();
 }

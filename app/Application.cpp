@@ -5,10 +5,11 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 
-#include "analysis/SolverStep.h"
 #include "app/ExchangeFile.h"
 #include "app/MessageBox.h"
 #include "app/SafeMain.h"
+#include "app/SolverStep.h"
+#include "base/UserMessage.h"
 #include "document/Document.h"
 
 namespace {
@@ -41,13 +42,15 @@ bool checkDocumentFile(const QString &path)
 Application::Application(int &argc, char **argv)
     : QApplication(argc, argv)
 {
-    m_parentProcessKind = ParentProcessKind::None;
+    setParentProcessKind(ParentProcessKind::None);
     setOrganizationName(QStringLiteral("Quorlan"));
     setApplicationName(QStringLiteral("Zolvane Design Studio"));
+    UserMessage::setCriticalPresenter(
+        [](const QString &text) { MessageBox::critical(nullptr, QCoreApplication::applicationName(), text); });
 
     const QString parentName = parentProcessFileName().toLower();
     qInfo() << "Parent process:" << parentName;
-    m_parentProcessKind = parentProcessKindOf(parentName);
+    setParentProcessKind(parentProcessKindOf(parentName));
 }
 
 Application::~Application() = default;

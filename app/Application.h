@@ -16,7 +16,7 @@ public:
     ~Application() override;
 
     const CommandLineParcer &parser() const { return m_parser; }
-    ParentProcessKind parentProcessKind() const { return m_parentProcessKind; }
+    ParentProcessKind parentProcessKind() const { return ::parentProcessKind(); }
 
     static Application *instance() { return qobject_cast<Application *>(QCoreApplication::instance()); }
 
@@ -35,7 +35,6 @@ private:
     QString documentArgument() const;
 
     CommandLineParcer m_parser;
-    ParentProcessKind m_parentProcessKind = ParentProcessKind::None;
 };
 
 QString zvaSuffix();

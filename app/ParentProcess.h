@@ -2,12 +2,7 @@
 
 #include <QString>
 
-// The program that started this process, as far as the process cares.
-enum class ParentProcessKind : qint32 {
-    None = 0,
-    Matlab = 1,
-    Orvane = 2,
-};
+#include "base/ParentProcessKind.h"
 
 // File name of the parent's executable, empty when it can't be read.
 QString parentProcessFileName();

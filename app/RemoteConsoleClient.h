@@ -3,8 +3,8 @@
 #include <QObject>
 #include <QString>
 
-#include "QmlScripting/ScriptConsole.h"
 #include "analysis/MCRCtrl/MCRCtrlInterface.h"
+#include "base/ScriptConsole.h"
 
 // The solver plug-in's console in a child process: sends each message to the
 // parent's RemoteConsoleServer. Without a server the messages are lost.

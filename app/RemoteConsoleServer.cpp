@@ -1,6 +1,6 @@
 #include "app/RemoteConsoleServer.h"
 
-#include "QmlScripting/ScriptConsole.h"
+#include "base/ScriptConsole.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>

@@ -1,5 +1,6 @@
 #include "document/Airgap.h"
 
+#include "base/Numeric.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
@@ -129,7 +130,7 @@ double Airgap::posMiddle() const
 
 GeometryErrors Airgap::computeErrors() const
 {
-    return qAbs(m_thickness) <= 1e-7 ? GeometryErrors(CoreMotorElement::ThicknessZero) : GeometryErrors();
+    return Numeric::isZero(m_thickness) ? GeometryErrors(CoreMotorElement::ThicknessZero) : GeometryErrors();
 }
 
 void Airgap::checkErrors()

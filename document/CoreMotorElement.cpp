@@ -3,7 +3,7 @@
 #include "document/Document.h"
 
 CoreMotorElement::CoreMotorElement(Document *document, QObject *parent)
-    : QObject(parent ? parent : static_cast<QObject *>(document))
+    : ElementTypes(parent ? parent : static_cast<QObject *>(document))
     , m_document(document)
 {
 }

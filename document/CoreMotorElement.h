@@ -4,12 +4,14 @@
 #include <QObject>
 #include <QString>
 
+#include "base/ElementTypes.h"
+
 class Document;
 
 // Base of the design elements: each belongs to one document, which is its QObject
 // parent unless another parent is given. It also names the flag sets by which
 // elements report what is wrong with them.
-class CoreMotorElement : public QObject
+class CoreMotorElement : public ElementTypes
 {
     Q_OBJECT
 public:

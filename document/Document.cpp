@@ -7,11 +7,16 @@
 #include <QFileInfo>
 #include <QSettings>
 #include <QTimer>
-#include "document/Tbb.h"
+#include "base/Tbb.h"
 
+#include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/JSEngine.h"
+#include "QmlScripting/ScriptObject.h"
 #include "analysis/DriveSettings.h"
 #include "analysis/MagnetostaticAnalysis.h"
-#include "app/Application.h"
+#include "base/FileWatcher.h"
+#include "base/Numeric.h"
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "document/CommandSetPropertyObject.h"
 #include "document/DocumentTypes.h"
@@ -21,12 +26,8 @@
 #include "geometry/RotorItem.h"
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
+#include "materials/MaterialsFolder.h"
 #include "meshing/Mesh.h"
-#include "QmlScripting/ConfigObject.h"
-#include "QmlScripting/FileWatcher.h"
-#include "QmlScripting/JSEngine.h"
-#include "QmlScripting/ScriptConsole.h"
-#include "QmlScripting/ScriptObject.h"
 #include "winding/WindingObject.h"
 
 Document::Document(QObject *parent)
@@ -78,7 +79,7 @@ Document::~Document()
 {
     // Script values must not outlive their engine.
     m_config->setScriptObject(QJSValue(QJSValue::UndefinedValue), nullptr);
-    delete m_engine;
+    m_engine.reset();
 }
 
 void Document::start()
@@ -288,7 +289,7 @@ double Document::height() const
     return sum;
 }
 
-const SimDomain &Document::simDomain() const
+SimDomain Document::simDomain() const
 {
     return m_stator->simDomain();
 }
@@ -485,17 +486,18 @@ void Document::updateBoundaryCondition()
 
 PieceList Document::pieces()
 {
-    if (m_piecesValid.loadAcquire())
-        return m_pieces;
+    PieceList built;
     {
+        // The list is copied under the mutex too: resetPieces may clear it at any time.
         QMutexLocker locker(&m_piecesMutex);
         if (m_piecesValid.loadAcquire())
             return m_pieces;
         m_pieces = taskCreatePieces();
         m_piecesValid.storeRelease(true);
+        built = m_pieces;
     }
     emit piecesReady();
-    return m_pieces;
+    return built;
 }
 
 namespace {
@@ -517,7 +519,7 @@ void appendInPlace(PieceList &result, const QVector<Item *> &items)
     for (const Item *item : items) {
         PieceList itemPieces = item->cachedPieces();
         const double position = item->position();
-        if (qAbs(position) > 1e-7) {
+        if (!Numeric::isZero(position)) {
             for (Piece &piece : itemPieces)
                 piece.translate(0.0, 0.0, position);
         }
@@ -638,36 +640,5 @@ QString Document::configScriptPath()
 
 QString Document::materialsPath()
 {
-    const QSettings settings(QStringLiteral("Quorlan"), QStringLiteral("Zolvane"));
-    auto rootMaterials = [&settings](const QString &key) -> QString {
-        const QString root = settings.value(key).toString();
-        if (root.isEmpty())
-            return {};
-        const QString path = root + QStringLiteral("/materials");
-        return QFileInfo(path).isDir() ? path : QString();
-    };
-
-    auto *application = qobject_cast<Application *>(QCoreApplication::instance());
-    const ParentProcessKind parent = application ? application->parentProcessKind() : ParentProcessKind::None;
-    QStringList keys;
-    switch (parent) {
-    case ParentProcessKind::Matlab:
-        keys << QStringLiteral("RootPathMatlab");
-        break;
-    case ParentProcessKind::Orvane:
-        keys << QStringLiteral("RootPath");
-        break;
-    case ParentProcessKind::None:
-        keys << QStringLiteral("RootPathMatlab") << QStringLiteral("RootPath");
-        break;
-    }
-    for (const QString &key : qAsConst(keys)) {
-        const QString path = rootMaterials(key);
-        if (!path.isEmpty())
-            return path;
-    }
-    const QString assets = QCoreApplication::applicationDirPath() + QStringLiteral("/assets/materials");
-    if (QFileInfo(assets).isDir())
-        return assets;
-    return QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/../materials")).absolutePath();
+    return materialsFolder();
 }

@@ -10,9 +10,10 @@
 #include <QPair>
 #include <QVariant>
 #include <QVector>
+#include <memory>
 #include <functional>
 
-#include "document/Machine.h"
+#include "base/Machine.h"
 #include "geometry/Piece.h"
 #include "geometry/SimDomain.h"
 
@@ -131,7 +132,7 @@ public:
     UndoStack *undoStack() const { return m_undoStack; }
     ScriptConsole *console() const { return m_console; }
     ConfigObject *config() const { return m_config; }
-    JSEngine *engine() const { return m_engine; }
+    JSEngine *engine() const { return m_engine.get(); }
     int activeAirgaps() const { return m_activeAirgaps; }
 
     QObject *elementByName(const QString &name) const;
@@ -141,7 +142,7 @@ public:
     Machine::Type machineType() const { return m_machineType; }
     void setMachineType(Machine::Type type);
     double height() const;
-    const SimDomain &simDomain() const;
+    SimDomain simDomain() const;
     double simRadialOuterDomain() const;
 
     // Configuration script: the program's own unless this design is given another.
@@ -253,7 +254,7 @@ private:
     QObject *meshObject() const;
 
     QString m_filePath;
-    JSEngine *m_engine = nullptr;
+    std::unique_ptr<JSEngine> m_engine;
     ScriptConsole *m_console = nullptr;
     bool m_showMessageBoxes = false;
     bool m_started = false;

@@ -5,6 +5,11 @@
 #include <QQmlError>
 #include <QMetaEnum>
 
+#include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/JSEngine.h"
+#include "base/FileWatcher.h"
+#include "base/Numeric.h"
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "document/CommandSetPropertyObject.h"
 #include "document/UndoStack.h"
@@ -14,10 +19,6 @@
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
 #include "meshing/Mesh.h"
-#include "QmlScripting/ConfigObject.h"
-#include "QmlScripting/FileWatcher.h"
-#include "QmlScripting/JSEngine.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "winding/WindingObject.h"
 
 // The document's side of the configuration script: the variables of `config`
@@ -43,7 +44,7 @@ bool differs(const QVariant &a, const QVariant &b)
     const bool numbers = a.canConvert<double>() && b.canConvert<double>() && a.type() != QVariant::String
                       && b.type() != QVariant::String && a.type() != QVariant::Bool && b.type() != QVariant::Bool;
     if (numbers)
-        return qAbs(a.toDouble() - b.toDouble()) > 1e-7;
+        return !Numeric::isZero(a.toDouble() - b.toDouble());
     return a != b;
 }
 
@@ -280,9 +281,8 @@ void Document::loadConfigScript()
     const QString text = QString::fromUtf8(file.readAll());
     file.close();
 
-    delete m_engine;
-    m_engine = new JSEngine(this, this);
-    connect(m_engine, &QQmlEngine::warnings, this, &Document::engineException);
+    m_engine = std::make_unique<JSEngine>(this, nullptr);
+    connect(m_engine.get(), &QQmlEngine::warnings, this, &Document::engineException);
     m_engine->installObject(QStringLiteral("console"), m_console);
 
     const QJSValue result = m_engine->evaluate(text, path, 1);
@@ -305,7 +305,7 @@ void Document::loadConfigScript()
         emit configLoaded(false);
         return;
     }
-    m_config->setScriptObject(m_engine->globalObject().property(QStringLiteral("config")), m_engine);
+    m_config->setScriptObject(m_engine->globalObject().property(QStringLiteral("config")), m_engine.get());
     m_configIsLoaded = true;
     emit configLoaded(true);
 }

@@ -12,9 +12,11 @@
 #include <QTimer>
 #include <matio.h>
 
+#include "QmlScripting/ConfigObject.h"
 #include "analysis/DriveSettings.h"
 #include "analysis/MagnetostaticAnalysis.h"
-#include "app/MessageBox.h"
+#include "base/ScriptConsole.h"
+#include "base/UserMessage.h"
 #include "document/Airgap.h"
 #include "document/DocumentTypes.h"
 #include "document/RatedData.h"
@@ -22,8 +24,6 @@
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "meshing/Mesh.h"
-#include "QmlScripting/ConfigObject.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "winding/WindingObject.h"
 
 namespace {
@@ -112,8 +112,7 @@ bool writeDummyMatFile(const QString &path)
 bool Document::errorVersionMessage()
 {
     qCritical().noquote() << QStringLiteral("This file was created with a newer version of %1.").arg(applicationName());
-    MessageBox::critical(nullptr, applicationName(),
-                         tr("<b>%1<br>Please update %1 to open it.</b>").arg(applicationName()));
+    UserMessage::critical(tr("<b>%1<br>Please update %1 to open it.</b>").arg(applicationName()));
     setModified(false);
     return false;
 }
@@ -122,7 +121,7 @@ bool Document::loadFailure(const QString &text)
 {
     qCritical().noquote() << "Error:" << text;
     if (m_showMessageBoxes)
-        MessageBox::critical(nullptr, applicationName(), text);
+        UserMessage::critical(text);
     return false;
 }
 

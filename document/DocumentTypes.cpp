@@ -3,13 +3,19 @@
 #include <QMetaType>
 #include <mutex>
 
+#include "QmlScripting/JSEngine.h"
 #include "analysis/MagnetostaticAnalysis.h"
 #include "document/CoreMotorElement.h"
 #include "document/Document.h"
 #include "geometry/MotorElement.h"
 #include "geometry/PoleArrangement.h"
+#include "geometry/Rotor.h"
+#include "geometry/RotorItem.h"
+#include "geometry/Stator.h"
+#include "geometry/StatorItem.h"
 #include "materials/Magnetization.h"
 #include "winding/Winding.h"
+#include "winding/WindingObject.h"
 
 namespace {
 
@@ -42,5 +48,12 @@ void registerDocumentTypes()
         Magnetization::registerMetaType();
         registerWindingTypes();
         registerAnalysisTypes();
+        // Scripts write the enumerators of the design's classes by class name.
+        JSEngine::exposeClass(QStringLiteral("Motor"), &Document::staticMetaObject);
+        JSEngine::exposeClass(QStringLiteral("Rotor"), &Rotor::staticMetaObject);
+        JSEngine::exposeClass(QStringLiteral("RotorItem"), &RotorItem::staticMetaObject);
+        JSEngine::exposeClass(QStringLiteral("Stator"), &Stator::staticMetaObject);
+        JSEngine::exposeClass(QStringLiteral("StatorItem"), &StatorItem::staticMetaObject);
+        JSEngine::exposeClass(QStringLiteral("WindingObject"), &WindingObject::staticMetaObject);
     });
 }

@@ -1,5 +1,6 @@
 #include "document/RatedData.h"
 
+#include "base/Assign.h"
 #include "document/Document.h"
 
 namespace {
@@ -18,9 +19,8 @@ RatedData::RatedData(Document *document)
 template <typename Signal>
 void RatedData::assign(double &field, double value, Signal signal)
 {
-    if (qFuzzyCompare(field, value))
+    if (!assignChanged(field, value))
         return;
-    field = value;
     (this->*signal)(value);
     emit changed();
 }

@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "document/Tbb.h"
+#include "base/Tbb.h"
 #include "geometry/servoce/solid.h"
 
+#include "base/Numeric.h"
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/trans.h"
 #include "materials/MagnetMaterial.h"
@@ -166,7 +167,7 @@ PieceList joinedAtPoleBorders(PieceList magnets)
         const Piece &b = magnets.at(mergeable.at(i + 1));
         const auto &ma = dynamic_cast<const MagnetMaterial &>(*a.material());
         const auto &mb = dynamic_cast<const MagnetMaterial &>(*b.material());
-        if (ma.type != mb.type || std::abs(ma.effectiveAngle() - mb.effectiveAngle()) > 1e-7)
+        if (ma.type != mb.type || !Numeric::isZero(ma.effectiveAngle() - mb.effectiveAngle()))
             continue;
         const servoce::shape joined = servoce::make_union(a.shape(), b.shape(), true);
         if (joined.solids().size() != 1)

@@ -5,11 +5,11 @@
 #include <QMetaEnum>
 #include <QMetaProperty>
 
-#include "document/Document.h"
-#include "geometry/DesignChange.h"
-#include "QmlScripting/FileWatcher.h"
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptObject.h"
+#include "base/FileWatcher.h"
+#include "document/Document.h"
+#include "geometry/DesignChange.h"
 
 MotorElement::MotorElement(ScriptConsole::Scope scope, const QString &name, int countItems, Document *document)
     : CoreMotorElement(document)
@@ -23,11 +23,9 @@ MotorElement::MotorElement(ScriptConsole::Scope scope, const QString &name, int 
     connect(m_watcher, &FileWatcher::fileChanged, this, &MotorElement::scriptFileChanged);
 }
 
-MotorElement::~MotorElement()
-{
-    // The engine's wrappers of the element and its console go before they do.
-    delete m_engine;
-}
+// The engine, a member, goes before the element's children: its wrappers of the
+// element's console must not outlive it.
+MotorElement::~MotorElement() = default;
 
 void MotorElement::setOuterDiameter(double diameter)
 {

@@ -9,10 +9,11 @@
 #include <QVariant>
 #include <QVariantMap>
 #include <QVector>
+#include <memory>
 
+#include "base/ScriptConsole.h"
 #include "document/CoreMotorElement.h"
 #include "geometry/MotorItem.h"
-#include "QmlScripting/ScriptConsole.h"
 
 class FileWatcher;
 class JSEngine;
@@ -37,13 +38,6 @@ class MotorElement : public CoreMotorElement
     Q_PROPERTY(double innerRadius READ innerRadius WRITE setInnerRadius NOTIFY innerDiameterChanged)
 
 public:
-    enum MiddleType {
-        UnknownType = 0,
-        Yokeless = 1,
-        Yoke = 2,
-    };
-    Q_ENUM(MiddleType)
-
     double outerDiameter() const { return m_outerDiameter; }
     void setOuterDiameter(double diameter);
     double outerRadius() const { return m_outerDiameter / 2.0; }
@@ -72,7 +66,7 @@ public:
     // The file of a script name in the element's scripts folder.
     QString scriptPath(const QString &script) const;
     bool isScriptLoaded() const { return m_scriptLoaded; }
-    JSEngine *engine() const { return m_engine; }
+    JSEngine *engine() const { return m_engine.get(); }
 
     // Evaluates the script in a new engine and binds its variables; false, with the
     // message on the console, when it fails or lacks what an element needs. The
@@ -99,7 +93,7 @@ public:
 
     ScriptConsole *console() const { return m_console; }
     // The one-line text of the last failure of the script; empty after a good call.
-    QString scriptErrorText() const { return m_lastError; }
+    QString scriptErrorText() const;
 
     GeometryErrors geometryErrors() const { return m_geometryErrors; }
     // Derives the flags from the diameters and the bodies' pitches, built if need be;
@@ -213,7 +207,7 @@ private:
 
     // The engine is not reentrant: one call into the script at a time.
     mutable QRecursiveMutex m_engineMutex;
-    JSEngine *m_engine = nullptr;
+    std::unique_ptr<JSEngine> m_engine;
     ScriptConsole *m_console;
     FileWatcher *m_watcher;
     // The main script and all it included or required.

@@ -8,15 +8,14 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaProperty>
-#include <QMessageBox>
 #include <QSignalBlocker>
 #include <QWidget>
 
-#include "QmlScripting/FileWatcher.h"
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "QmlScripting/ScriptObject.h"
-#include "app/MessageBox.h"
+#include "base/FileWatcher.h"
+#include "base/UserMessage.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/GeometryScriptResult.h"
@@ -92,7 +91,7 @@ bool MotorElement::evaluateScript(const QString &path)
         scriptFailure(tr("Script does not contain variable '%1'").arg(objectName()));
         return false;
     }
-    m_scriptObject->setScriptObject(object, m_engine);
+    m_scriptObject->setScriptObject(object, m_engine.get());
     return true;
 }
 
@@ -124,11 +123,10 @@ bool MotorElement::readScriptFile(const QString &path)
 void MotorElement::resetEngine()
 {
     m_scriptFiles.clear();
-    delete m_engine;
-    m_engine = new JSEngine(document(), nullptr);
-    connect(m_engine, &QQmlEngine::warnings, this, &MotorElement::engineException);
-    connect(m_engine, &JSEngine::fileIncluded, this, &MotorElement::trackScriptFile);
-    connect(m_engine, &JSEngine::fileRequired, this, &MotorElement::trackScriptFile);
+    m_engine = std::make_unique<JSEngine>(document(), nullptr);
+    connect(m_engine.get(), &QQmlEngine::warnings, this, &MotorElement::engineException);
+    connect(m_engine.get(), &JSEngine::fileIncluded, this, &MotorElement::trackScriptFile);
+    connect(m_engine.get(), &JSEngine::fileRequired, this, &MotorElement::trackScriptFile);
     m_engine->installObject(QStringLiteral("console"), m_console);
 }
 
@@ -152,12 +150,18 @@ void MotorElement::scriptFailure(const QString &message) const
     m_console->error(message);
 }
 
+QString MotorElement::scriptErrorText() const
+{
+    QMutexLocker locker(&m_engineMutex);
+    return m_lastError;
+}
+
 QVariantMap MotorElement::geometry(const QString &objectName, int id) const
 {
+    QMutexLocker locker(&m_engineMutex);
     if (!m_engine)
         return {};
     m_lastError.clear();
-    QMutexLocker locker(&m_engineMutex);
     const QJSValue object = m_engine->globalObject().property(objectName);
     if (!object.isObject()) {
         m_console->error(tr("Object '%1' does not exist").arg(objectName));
@@ -274,7 +278,7 @@ void MotorElement::setScriptValues(const QVariantMap &map)
     }
     const QString message = tr("For %1 can't set the properties of script '%2' from other script '%3'")
                                 .arg(objectName(), nameScript(), map.value(QStringLiteral("scriptName")).toString());
-    MessageBox::critical(nullptr, QCoreApplication::applicationName(), message);
+    UserMessage::critical(message);
     qCritical().noquote() << message;
     m_console->error(message);
 }

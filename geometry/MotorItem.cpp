@@ -4,12 +4,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/Numeric.h"
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/MotorElement.h"
 #include "geometry/Stator.h"
-#include "QmlScripting/ScriptConsole.h"
 
 MotorItem::MotorItem(MotorElement *element, ID id)
     : CoreMotorElement(element->document(), element)
@@ -22,7 +23,7 @@ MotorItem::MotorItem(MotorElement *element, ID id)
 void MotorItem::setHeight(double height)
 {
     height = roundLength(height);
-    if (height <= 1e-7) {
+    if (height <= Numeric::zeroTolerance) {
         m_element->console()->error(tr("Height of %1 must be great zero!").arg(objectName()));
         height = 0.1;
     }
@@ -38,13 +39,7 @@ void MotorItem::setHeight(double height)
 
 void MotorItem::setAngularDisplacement(double angle)
 {
-    if (qAbs(angle) <= 1e-7)
-        angle = 0.0;
-    if (angle < 0.0)
-        angle = std::fmod(angle, 360.0) + 360.0;
-    if (angle >= 360.0 || qFuzzyCompare(angle, 360.0))
-        angle = std::fmod(angle, 360.0);
-    angle = roundLength(angle);
+    angle = roundLength(Numeric::normalizeAngle(angle));
     if (qFuzzyCompare(m_angularDisplacement, angle))
         return;
     m_angularDisplacement = angle;

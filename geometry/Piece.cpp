@@ -5,12 +5,13 @@
 #include <cmath>
 #include <limits>
 
+#include "base/Numeric.h"
 #include "geometry/servoce/unify.h"
 #include "materials/AbstractMaterial.h"
 
 namespace {
 
-constexpr double negligible = 1e-7;
+constexpr double negligible = Numeric::zeroTolerance;
 
 // Polar angle of the centre in degrees, 0 up to 360; an angle that rounds to a full turn is 0.
 double polarAngle(const Piece &piece)

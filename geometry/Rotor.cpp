@@ -116,7 +116,7 @@ QVariantMap Rotor::geometry(int id)
     return result;
 }
 
-const SimDomain &Rotor::simDomain() const
+SimDomain Rotor::simDomain() const
 {
     return document()->stator()->simDomain();
 }

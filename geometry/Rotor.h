@@ -2,7 +2,7 @@
 
 #include <QDataStream>
 
-#include "document/Machine.h"
+#include "base/Machine.h"
 #include "geometry/MotorElement.h"
 #include "geometry/PoleArrangement.h"
 #include "geometry/RotorItem.h"
@@ -74,7 +74,7 @@ public:
     using MotorElement::geometry;
     QVariant coefs3D() const { return m_coefs3D; }
 
-    const SimDomain &simDomain() const;
+    SimDomain simDomain() const;
     double simRadialOuterDomain() const;
 
 signals:

@@ -3,9 +3,9 @@
 #include <QDebug>
 #include <QtMath>
 
-#include "document/Document.h"
 #include "QmlScripting/ConfigObject.h"
-#include "QmlScripting/ScriptConsole.h"
+#include "base/ScriptConsole.h"
+#include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/unify.h"

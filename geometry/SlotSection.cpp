@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "document/Tbb.h"
+#include "base/Tbb.h"
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/solid.h"
 #include "materials/AbstractMaterial.h"

@@ -87,7 +87,7 @@ bool SlotWindingPieces::pitchCountFits(int count) const
             return count == 1 || count == 2;
         return count == (upperLower ? 4 : 2) || m_build.id == 3;
     }
-    if (m_build.middleType == MotorElement::Yoke)
+    if (m_build.middleType == ElementTypes::Yoke)
         return count == (twoLayers && upperLower ? 8 : 4);
     if (!twoLayers)
         return count == 1 || count == 4;
@@ -96,7 +96,7 @@ bool SlotWindingPieces::pitchCountFits(int count) const
 
 bool SlotWindingPieces::pitchJoinsPairs(int count) const
 {
-    if (!m_build.middle || m_build.middleType != MotorElement::Yokeless)
+    if (!m_build.middle || m_build.middleType != ElementTypes::Yokeless)
         return false;
     if (m_build.numberLayers == 2)
         return m_build.orientation == Winding::LeftRight;
@@ -107,13 +107,13 @@ int SlotWindingPieces::pitchLayerOf(int k) const
 {
     const bool upperLower = m_build.orientation == Winding::UpperLower;
     if (m_build.numberLayers != 2) {
-        const bool toroidalYoke = m_build.middle && m_build.middleType == MotorElement::Yoke
+        const bool toroidalYoke = m_build.middle && m_build.middleType == ElementTypes::Yoke
                                   && m_build.windingType == Winding::Toroidal;
         return toroidalYoke ? k / 2 + 1 : 1;
     }
     if (!upperLower)
         return isEven(k) ? 2 : 1;
-    if (m_build.middle && m_build.middleType == MotorElement::Yoke)
+    if (m_build.middle && m_build.middleType == ElementTypes::Yoke)
         return (k / 2) % 2 + 1;
     return k / 2 + 1;
 }
@@ -123,7 +123,7 @@ int SlotWindingPieces::pitchReportedCount() const
     const bool upperLowerPair = m_build.numberLayers == 2 && m_build.orientation == Winding::UpperLower;
     if (!m_build.middle && upperLowerPair)
         return 4;
-    if (m_build.middle && m_build.middleType == MotorElement::Yoke && upperLowerPair)
+    if (m_build.middle && m_build.middleType == ElementTypes::Yoke && upperLowerPair)
         return 4;
     return 2;
 }
@@ -132,7 +132,7 @@ bool SlotWindingPieces::bodyCountFits(int perSlot) const
 {
     const bool twoLayers = m_build.numberLayers == 2;
     const bool upperLower = m_build.orientation == Winding::UpperLower;
-    const bool yokeMiddle = m_build.middle && m_build.middleType == MotorElement::Yoke;
+    const bool yokeMiddle = m_build.middle && m_build.middleType == ElementTypes::Yoke;
     if (!twoLayers)
         return yokeMiddle ? perSlot == 4 : perSlot == 1 || perSlot == 2;
     if (!m_build.middle)
@@ -151,7 +151,7 @@ PieceList SlotWindingPieces::bodyLayers(const PieceList &pieces, int perSlot) co
             numbered << withLayer({pieces.at(k)}, isEven(k) ? 2 : 1);
         return numbered;
     }
-    const bool yokeMiddle = m_build.middle && m_build.middleType == MotorElement::Yoke;
+    const bool yokeMiddle = m_build.middle && m_build.middleType == ElementTypes::Yoke;
     if (twoLayers || (yokeMiddle && m_build.windingType == Winding::Toroidal)) {
         // The lower half of the sorted pieces is one layer, the upper half the other.
         const int middle = pieces.size() / 2;
@@ -178,7 +178,7 @@ PieceList SlotWindingPieces::withLayouts(PieceList pieces) const
 
 int SlotWindingPieces::layoutOf(int k, int count) const
 {
-    const bool facesApart = m_build.middleType == MotorElement::Yoke && m_build.windingType == Winding::Planar;
+    const bool facesApart = m_build.middleType == ElementTypes::Yoke && m_build.windingType == Winding::Planar;
     const int face = count >= 2 ? k / (count / 2) : 0;
     switch (m_build.machine) {
     case Machine::SRSRS:
@@ -199,7 +199,7 @@ int SlotWindingPieces::layoutOf(int k, int count) const
 
 PieceList SlotWindingPieces::withSlots(PieceList pieces) const
 {
-    const bool yoke = m_build.middleType == MotorElement::Yoke;
+    const bool yoke = m_build.middleType == ElementTypes::Yoke;
     const bool bothFaces = yoke
                            && (m_build.machine == Machine::RSR || m_build.machine == Machine::RSRSR
                                || (m_build.machine == Machine::SRSRS && m_build.id == 2));

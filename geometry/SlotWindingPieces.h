@@ -3,8 +3,8 @@
 #include <QCoreApplication>
 #include <functional>
 
-#include "document/Machine.h"
-#include "geometry/MotorElement.h"
+#include "base/ElementTypes.h"
+#include "base/Machine.h"
 #include "geometry/Piece.h"
 #include "winding/Winding.h"
 
@@ -21,7 +21,7 @@ public:
         Machine::Type machine = Machine::SR;
         int id = 1;
         bool middle = false;
-        MotorElement::MiddleType middleType = MotorElement::Yoke;
+        ElementTypes::MiddleType middleType = ElementTypes::Yoke;
         int numberLayers = 1;
         Winding::LayersOrientation orientation = Winding::UpperLower;
         Winding::Type windingType = Winding::Planar;

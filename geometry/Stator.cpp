@@ -115,13 +115,13 @@ void Stator::askScriptForDomain() const
     }
 }
 
-const SimDomain &Stator::simDomain() const
+SimDomain Stator::simDomain() const
 {
     askScriptForDomain();
+    QMutexLocker locker(&engineMutex());
     if (m_simDomainUnknown) {
         qWarning() << "Use default simDomain";
-        m_simDomain.inner = innerDiameter() * 0.5;
-        m_simDomain.outer = outerDiameter() * 0.5;
+        return SimDomain{innerDiameter() * 0.5, outerDiameter() * 0.5};
     }
     return m_simDomain;
 }
@@ -129,6 +129,7 @@ const SimDomain &Stator::simDomain() const
 double Stator::simRadialOuterDomain() const
 {
     askScriptForDomain();
+    QMutexLocker locker(&engineMutex());
     if (!m_simDomainUnknown)
         return m_simRadialOuterDomain;
     console()->warn(tr("Use default simRadialOuterDomain"));

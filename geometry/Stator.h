@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QDataStream>
+#include <atomic>
 
-#include "document/Machine.h"
+#include "base/Machine.h"
 #include "geometry/MotorElement.h"
 #include "geometry/SimDomain.h"
 #include "geometry/StatorItem.h"
@@ -55,7 +56,7 @@ public:
     using MotorElement::geometry;
 
     // Until the script has told them, defaults that follow the diameters.
-    const SimDomain &simDomain() const;
+    SimDomain simDomain() const;
     double simRadialOuterDomain() const;
 
 signals:
@@ -84,8 +85,9 @@ private:
     int m_numberSlots = 6;
     double m_windingTemperature = 20.0;
     QString m_windingMaterial;
-    // Written by the first script result that tells them.
-    bool m_simDomainUnknown = true;
-    mutable SimDomain m_simDomain;
+    // Written by the first script result that tells them, under the engine's mutex;
+    // the flag is also read without it, to know whether the script must be asked.
+    std::atomic<bool> m_simDomainUnknown{true};
+    SimDomain m_simDomain;
     double m_simRadialOuterDomain = 0.0;
 };

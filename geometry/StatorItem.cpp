@@ -6,9 +6,10 @@
 #include <optional>
 #include <vector>
 
+#include "base/Numeric.h"
+#include "base/ScriptConsole.h"
+#include "base/Tbb.h"
 #include "document/Document.h"
-#include "document/Tbb.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "geometry/Rotor.h"
 #include "geometry/SlotWindingPieces.h"
 #include "geometry/Stator.h"
@@ -239,8 +240,8 @@ void StatorItem::measureSlot(const PieceList &pitchPieces, const PieceList &body
     bool changed = false;
     {
         QMutexLocker locker(&m_areaMutex);
-        changed = std::abs(section.coilArea - m_slotSection.coilArea) > 1e-7
-                  || std::abs(section.slotArea - m_slotSection.slotArea) > 1e-7;
+        changed = !Numeric::isZero(section.coilArea - m_slotSection.coilArea)
+                  || !Numeric::isZero(section.slotArea - m_slotSection.slotArea);
         m_slotSection = section;
     }
     if (changed)

@@ -1,5 +1,7 @@
 #include "materials/MagnetMaterial.h"
+#include "base/Numeric.h"
 
+#include <QPainterPath>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QtMath>
@@ -321,8 +323,8 @@ void MagnetParallelMaterial::draw(QPainter *painter, const QPainterPath &path, d
         return;
     }
     const double angle = effectiveAngle();
-    const bool outward = angle <= 1e-7 || angle >= 360.0 - 1e-7;
-    const bool inward = std::abs(angle - 180.0) <= 1e-7;
+    const bool outward = angle <= Numeric::zeroTolerance || angle >= 360.0 - Numeric::zeroTolerance;
+    const bool inward = Numeric::isZero(angle - 180.0);
     if (!outward && !inward)
         return;
     const QColor fill = outward ? blue : red;

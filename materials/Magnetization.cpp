@@ -1,4 +1,5 @@
 #include "materials/Magnetization.h"
+#include "base/Numeric.h"
 
 #include <cmath>
 
@@ -18,7 +19,7 @@ bool fuzzyEqual(double a, double b)
 double Magnetization::effectiveAngle() const
 {
     const bool reversed = direction == Direction::Toward || direction == Direction::CCW;
-    return normalizeAngle(reversed ? angle + 180.0 : angle);
+    return Numeric::normalizeAngle(reversed ? angle + 180.0 : angle);
 }
 
 QString Magnetization::text() const
@@ -98,16 +99,4 @@ QDataStream &operator>>(QDataStream &in, Magnetization &magnetization)
     magnetization.type = Magnetization::Type(type);
     magnetization.direction = Magnetization::Direction(direction);
     return in;
-}
-
-double normalizeAngle(double degrees)
-{
-    if (std::abs(degrees) <= 1e-7)
-        return 0.0;
-    // One remainder stands for adding 360 until the value is no longer negative.
-    if (degrees < 0.0)
-        degrees = std::fmod(degrees, 360.0) + 360.0;
-    if (degrees > 360.0 || qFuzzyCompare(degrees, 360.0))
-        degrees = std::fmod(degrees, 360.0);
-    return degrees;
 }

@@ -60,5 +60,3 @@ bool operator!=(const Magnetization &a, const Magnetization &b);
 QDataStream &operator<<(QDataStream &out, const Magnetization &magnetization);
 QDataStream &operator>>(QDataStream &in, Magnetization &magnetization);
 
-// Degrees into [0, 360); a value of at most 1e-7 in size is 0.
-double normalizeAngle(double degrees);

@@ -1,8 +1,8 @@
 #include "materials/MaterialConductorEngine.h"
 
-#include "document/Document.h"
 #include "materials/BasicMaterials.h"
 #include "materials/MaterialTextReader.h"
+#include "materials/MaterialsFolder.h"
 
 MaterialConductorEngine::MaterialConductorEngine(const QString &libraryPath, QObject *parent)
     : MaterialEngine(QSharedPointer<ConductorMaterial>::create(), parent)
@@ -13,7 +13,7 @@ MaterialConductorEngine::MaterialConductorEngine(const QString &libraryPath, QOb
 
 MaterialConductorEngine &MaterialConductorEngine::instance()
 {
-    static MaterialConductorEngine engine(Document::materialsPath());
+    static MaterialConductorEngine engine(materialsFolder());
     return engine;
 }
 

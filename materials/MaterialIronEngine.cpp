@@ -3,9 +3,10 @@
 #include <QTextStream>
 #include <cmath>
 
-#include "document/Document.h"
+#include "base/Numeric.h"
 #include "materials/BasicMaterials.h"
 #include "materials/MaterialTextReader.h"
+#include "materials/MaterialsFolder.h"
 
 namespace {
 
@@ -48,7 +49,7 @@ MaterialIronEngine::MaterialIronEngine(const QString &libraryPath, QObject *pare
 
 MaterialIronEngine &MaterialIronEngine::instance()
 {
-    static MaterialIronEngine engine(Document::materialsPath());
+    static MaterialIronEngine engine(materialsFolder());
     return engine;
 }
 
@@ -151,7 +152,7 @@ void MaterialIronEngine::readLossTable(MaterialTextReader &reader, const QString
     while (nextRow(reader, line)) {
         const QList<double> row = rowNumbers(line, 3);
         // A loss at no frequency is no loss measurement.
-        if (std::abs(row.at(0)) <= 1e-7)
+        if (Numeric::isZero(row.at(0)))
             continue;
         record.lossFrequency.append(row.at(0));
         record.lossFluxDensity.append(row.at(1));

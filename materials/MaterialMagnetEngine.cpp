@@ -1,8 +1,8 @@
 #include "materials/MaterialMagnetEngine.h"
 
-#include "document/Document.h"
 #include "materials/MagnetMaterial.h"
 #include "materials/MaterialTextReader.h"
+#include "materials/MaterialsFolder.h"
 
 MaterialMagnetEngine::MaterialMagnetEngine(const QString &libraryPath, QObject *parent)
     : MaterialEngine(QSharedPointer<MagnetParallelMaterial>::create(270.0), parent)
@@ -13,7 +13,7 @@ MaterialMagnetEngine::MaterialMagnetEngine(const QString &libraryPath, QObject *
 
 MaterialMagnetEngine &MaterialMagnetEngine::instance()
 {
-    static MaterialMagnetEngine engine(Document::materialsPath());
+    static MaterialMagnetEngine engine(materialsFolder());
     return engine;
 }
 

@@ -3,8 +3,8 @@
 #include <QDebug>
 #include <QDir>
 
-#include "document/Document.h"
 #include "materials/MaterialTextReader.h"
+#include "materials/MaterialsFolder.h"
 
 TransistorDescriptorEngine::TransistorDescriptorEngine(const QString &libraryPath)
 {
@@ -36,7 +36,7 @@ TransistorDescriptorEngine::TransistorDescriptorEngine(const QString &libraryPat
 
 const TransistorDescriptorEngine &TransistorDescriptorEngine::instance()
 {
-    static const TransistorDescriptorEngine engine(Document::materialsPath());
+    static const TransistorDescriptorEngine engine(materialsFolder());
     return engine;
 }
 

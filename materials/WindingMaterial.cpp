@@ -1,9 +1,10 @@
 #include "materials/WindingMaterial.h"
 
+#include <QPainterPath>
 #include <QFontMetricsF>
 #include <QPainter>
 
-#include "geometry/Polylabel.h"
+#include "base/Polylabel.h"
 
 namespace {
 

@@ -6,13 +6,13 @@
 #include <QMetaEnum>
 #include <algorithm>
 #include <iterator>
-#include <type_traits>
 
+#include "base/Assign.h"
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
-#include "QmlScripting/ScriptConsole.h"
 
 namespace {
 
@@ -63,15 +63,8 @@ void Mesh::announce(Signal signal)
 template <typename T, typename Signal>
 void Mesh::assign(T &field, T value, Signal signal)
 {
-    if constexpr (std::is_floating_point_v<T>) {
-        if (qFuzzyCompare(field, value))
-            return;
-    } else {
-        if (field == value)
-            return;
-    }
-    field = value;
-    announce(signal);
+    if (assignChanged(field, value))
+        announce(signal);
 }
 
 double Mesh::automaticSizeBound() const

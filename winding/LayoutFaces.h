@@ -3,7 +3,7 @@
 #include <QVector>
 #include <functional>
 
-#include "document/Machine.h"
+#include "base/Machine.h"
 #include "winding/Winding.h"
 
 namespace Winding {

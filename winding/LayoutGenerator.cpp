@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numeric>
 
-#include "materials/Magnetization.h"
+#include "base/Numeric.h"
 
 namespace Winding {
 
@@ -93,7 +93,7 @@ Layout LayoutGenerator::starOfSlots(int span) const
     const double slotAngle = 360.0 / (slotCount / divisor);
     const double electricalStep = (m_settings.polePairs / divisor) * slotAngle;
     // With twelve slots in the base period, slot 0 sits in the middle of phase A's belt.
-    double angle = qFuzzyCompare(slotAngle, 30.0) ? normalizeAngle(-slotAngle / 2) : 0.0;
+    double angle = qFuzzyCompare(slotAngle, 30.0) ? Numeric::normalizeAngle(-slotAngle / 2) : 0.0;
 
     for (int slot = 0; slot < slotCount; ++slot) {
         if (m_settings.isDoubleLayer() || slot % 2 == 0) {
@@ -106,7 +106,7 @@ Layout LayoutGenerator::starOfSlots(int span) const
             coil.parallelPath = nextParallelPath(list, m_settings.parallelPaths);
             list.append(coil);
         }
-        angle = normalizeAngle(angle + electricalStep);
+        angle = Numeric::normalizeAngle(angle + electricalStep);
     }
     return layout;
 }

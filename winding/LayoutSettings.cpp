@@ -1,4 +1,5 @@
 #include "winding/LayoutSettings.h"
+#include "base/Numeric.h"
 
 #include <QtGlobal>
 #include <cmath>
@@ -11,7 +12,7 @@ namespace {
 bool isWhole(double value)
 {
     double integral = 0.0;
-    return qAbs(std::modf(value, &integral)) <= 1e-7;
+    return Numeric::isZero(std::modf(value, &integral));
 }
 
 } // namespace

@@ -6,12 +6,13 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "QmlScripting/ConfigObject.h"
+#include "base/Numeric.h"
+#include "base/ScriptConsole.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
-#include "QmlScripting/ConfigObject.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "winding/LayoutFaces.h"
 #include "winding/LayoutGenerator.h"
 #include "winding/LayoutSignature.h"
@@ -579,7 +580,7 @@ void WindingObject::setRadialOverhangInnerEndturn(double overhang)
 
 void WindingObject::setHeightOuterEndturn(double height)
 {
-    if (qAbs(height - m_heightOuterEndturn) <= 1e-7)
+    if (Numeric::isZero(height - m_heightOuterEndturn))
         return;
     m_heightOuterEndturn = height;
     dropEndturns();
@@ -588,7 +589,7 @@ void WindingObject::setHeightOuterEndturn(double height)
 
 void WindingObject::setHeightInnerEndturn(double height)
 {
-    if (qAbs(height - m_heightInnerEndturn) <= 1e-7)
+    if (Numeric::isZero(height - m_heightInnerEndturn))
         return;
     m_heightInnerEndturn = height;
     dropEndturns();
@@ -597,7 +598,7 @@ void WindingObject::setHeightInnerEndturn(double height)
 
 void WindingObject::setWidthWindingCoil(double width)
 {
-    if (qAbs(width - m_widthWindingCoil) <= 1e-7)
+    if (Numeric::isZero(width - m_widthWindingCoil))
         return;
     m_widthWindingCoil = width;
     emit widthWindingCoilChanged();
@@ -606,7 +607,7 @@ void WindingObject::setWidthWindingCoil(double width)
 
 void WindingObject::setHeightWindingCoil(double height)
 {
-    if (qAbs(height - m_heightWindingCoil) <= 1e-7)
+    if (Numeric::isZero(height - m_heightWindingCoil))
         return;
     m_heightWindingCoil = height;
     emit heightWindingCoilChanged();

@@ -4,9 +4,9 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
-#include "QmlScripting/ScriptConsole.h"
 #include "app/ExchangeFile.h"
 #include "app/RemoteConsoleServer.h"
+#include "base/ScriptConsole.h"
 #include "support/ProgramRun.h"
 
 namespace {

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -134,8 +135,19 @@ TEST(FileAssociation, WritesMimeTypeAndDesktopEntryPerSuffix)
 
 TEST(FileAssociation, UnwritableFolderIsPassedOverSilently)
 {
-    qputenv("XDG_DATA_HOME", "/proc/no-such-place");
+    const QString unwritable = QStringLiteral("/proc/no-such-place");
+    qputenv("XDG_DATA_HOME", unwritable.toLocal8Bit());
+    QStringList warnings;
+    const QtMessageHandler previous = qInstallMessageHandler(nullptr);
+    static QStringList *captured = nullptr;
+    captured = &warnings;
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
+        if (type != QtDebugMsg && type != QtInfoMsg)
+            *captured << text;
+    });
     registerFileType("zolvane-ds", "Zolvane Design Studio", "zva", 0);
+    qInstallMessageHandler(previous);
     qunsetenv("XDG_DATA_HOME");
-    SUCCEED();
+    EXPECT_TRUE(warnings.isEmpty()) << warnings.join('\n').toStdString();
+    EXPECT_FALSE(QFileInfo::exists(unwritable));
 }

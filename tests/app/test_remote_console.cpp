@@ -14,13 +14,14 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "QmlScripting/ScriptConsole.h"
 #include "analysis/MCRCtrlPlugin.h"
-#include "analysis/SolverStep.h"
 #include "app/Logging.h"
 #include "app/RemoteConsoleClient.h"
 #include "app/RemoteConsoleServer.h"
+#include "app/SolverStep.h"
+#include "base/ScriptConsole.h"
 #include "scripting/QtPrinters.h"
+#include "support/ConsoleSpies.h"
 
 namespace {
 
@@ -53,22 +54,6 @@ public:
 
 private:
     QtMessageHandler m_previous;
-};
-
-struct Spies {
-    explicit Spies(ScriptConsole *console)
-        : log(console, &ScriptConsole::signalLog)
-        , error(console, &ScriptConsole::signalError)
-        , warn(console, &ScriptConsole::signalWarn)
-        , info(console, &ScriptConsole::signalInfo)
-    {
-    }
-    int total() const { return log.count() + error.count() + warn.count() + info.count(); }
-
-    QSignalSpy log;
-    QSignalSpy error;
-    QSignalSpy warn;
-    QSignalSpy info;
 };
 
 // Waits until the spy holds `count` signals; arrival needs the event loop.
@@ -127,7 +112,7 @@ TEST(RemoteConsole, EachMethodArrivesWithTheConsolesScope)
 {
     CapturedLog log;
     ScriptConsole console(ScriptConsole::Magnitostatic);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
     const QString name = remoteConsoleServerName();
     EXPECT_EQ(name, QStringLiteral("remoteConsole_%1").arg(QCoreApplication::applicationPid()));
     RemoteConsoleServer server(name, &console);
@@ -158,7 +143,7 @@ TEST(RemoteConsole, EachMethodArrivesWithTheConsolesScope)
 TEST(RemoteConsole, ServerTakesWhatItCanParse)
 {
     ScriptConsole console(ScriptConsole::Stator);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
     const QString name = uniqueServerName();
     RemoteConsoleServer server(name, &console);
 
@@ -178,7 +163,7 @@ TEST(RemoteConsole, ServerTakesWhatItCanParse)
 TEST(RemoteConsole, MutedConsoleTakesTheMessageAndShowsNothing)
 {
     ScriptConsole console(ScriptConsole::Magnitostatic);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
     const QString name = uniqueServerName();
     RemoteConsoleServer server(name, &console);
     RemoteConsoleClient client(name);
@@ -218,7 +203,7 @@ TEST(RemoteConsole, StoppingTheServerLosesOnlyLaterMessagesQuietly)
 {
     CapturedLog log;
     ScriptConsole console(ScriptConsole::Magnitostatic);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
     const QString name = uniqueServerName();
     auto server = std::make_unique<RemoteConsoleServer>(name, &console);
     RemoteConsoleClient client(name);
@@ -294,7 +279,7 @@ TEST(SolverStepTest, EachStepRunsItsOperationAndReportsToTheParent)
 {
     CapturedLog log;
     ScriptConsole console(ScriptConsole::Magnitostatic);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
     const QString name = uniqueServerName();
     RemoteConsoleServer server(name, &console);
     QTemporaryDir dir;
@@ -320,7 +305,7 @@ TEST(SolverStepTest, WithoutConsoleNameThePluginRunsSilently)
 {
     CapturedLog log;
     ScriptConsole console(ScriptConsole::Magnitostatic);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
     const QString name = uniqueServerName();
     RemoteConsoleServer server(name, &console);
     QTemporaryDir dir;

@@ -4,15 +4,15 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/JSEngine.h"
+#include "base/ScriptConsole.h"
 #include "document/Document.h"
 #include "document/UndoStack.h"
 #include "geometry/Rotor.h"
 #include "geometry/RotorItem.h"
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
-#include "QmlScripting/ConfigObject.h"
-#include "QmlScripting/JSEngine.h"
-#include "QmlScripting/ScriptConsole.h"
 
 namespace {
 

@@ -6,15 +6,15 @@
 
 #include "QmlScripting/ConfigObject.h"
 #include "QmlScripting/JSEngine.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "QmlScripting/ScriptObject.h"
-#include "geometry/PieceMeasures.h"
+#include "base/ScriptConsole.h"
 #include "document/Document.h"
+#include "geometry/PieceMeasures.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
-#include "winding/WindingObject.h"
 #include "materials/MagnetMaterial.h"
 #include "materials/WindingMaterial.h"
+#include "winding/WindingObject.h"
 
 namespace {
 

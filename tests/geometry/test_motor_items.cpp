@@ -1,10 +1,10 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+#include "base/ScriptConsole.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
-#include "QmlScripting/ScriptConsole.h"
 
 TEST(MotorItem, HeightNotAboveZeroIsReportedAndBecomesATenth)
 {

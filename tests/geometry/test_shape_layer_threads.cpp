@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-#include "document/Tbb.h"
+#include "base/Tbb.h"
 #include "geometry/ShapeLayerSupport.h"
 #include "geometry/servoce/boolops.h"
 #include "geometry/servoce/fillet.h"

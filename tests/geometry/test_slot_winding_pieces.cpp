@@ -42,7 +42,7 @@ struct Numbering
 };
 
 SlotWindingPieces::Build build(int layers, Winding::LayersOrientation orientation, bool middle = false,
-                               MotorElement::MiddleType type = MotorElement::Yoke)
+                               ElementTypes::MiddleType type = ElementTypes::Yoke)
 {
     SlotWindingPieces::Build b;
     b.numberLayers = layers;
@@ -89,7 +89,7 @@ TEST(SlotWindingPieces, AWrongCountIsReportedAndLeavesThePieces)
 
 TEST(SlotWindingPieces, AYokelessMiddleBodyJoinsTheSidesOfBothFaces)
 {
-    Numbering numbering(build(2, Winding::LeftRight, true, MotorElement::Yokeless));
+    Numbering numbering(build(2, Winding::LeftRight, true, ElementTypes::Yokeless));
     // Each side stands on both faces of the body: pieces that touch at z = 0.
     const PieceList pitch =
         numbering.pieces.numberedPitch({side(-3.0, -2.0), side(-3.0, 2.0), side(3.0, -2.0), side(3.0, 2.0)});
@@ -120,7 +120,7 @@ TEST(SlotWindingPieces, HalvesOfEachSlotJoinOverTheWholeBody)
 
 TEST(SlotWindingPieces, AMiddleBodyWithAYokeCarriesOneLayoutOnEachFace)
 {
-    SlotWindingPieces::Build rules = build(1, Winding::UpperLower, true, MotorElement::Yoke);
+    SlotWindingPieces::Build rules = build(1, Winding::UpperLower, true, ElementTypes::Yoke);
     rules.machine = Machine::RSR;
     Numbering numbering(rules);
     // Three slots; on each face the two halves of every coil side.

@@ -3,6 +3,7 @@
 #include <QVariant>
 #include <gtest/gtest.h>
 
+#include "base/Numeric.h"
 #include "materials/BasicMaterials.h"
 #include "materials/MagnetMaterial.h"
 #include "materials/Magnetization.h"
@@ -49,33 +50,33 @@ bool isA(const AbstractMaterial *material)
 
 TEST(NormalizeAngle, BringsAnglesIntoOneTurn)
 {
-    EXPECT_DOUBLE_EQ(normalizeAngle(-30.0), 330.0);
-    EXPECT_DOUBLE_EQ(normalizeAngle(-390.0), 330.0);
-    EXPECT_DOUBLE_EQ(normalizeAngle(370.0), 10.0);
-    EXPECT_DOUBLE_EQ(normalizeAngle(359.5), 359.5);
-    EXPECT_DOUBLE_EQ(normalizeAngle(45.0), 45.0);
+    EXPECT_DOUBLE_EQ(Numeric::normalizeAngle(-30.0), 330.0);
+    EXPECT_DOUBLE_EQ(Numeric::normalizeAngle(-390.0), 330.0);
+    EXPECT_DOUBLE_EQ(Numeric::normalizeAngle(370.0), 10.0);
+    EXPECT_DOUBLE_EQ(Numeric::normalizeAngle(359.5), 359.5);
+    EXPECT_DOUBLE_EQ(Numeric::normalizeAngle(45.0), 45.0);
 }
 
 TEST(NormalizeAngle, FullTurnsAndTinyValuesAreZero)
 {
-    EXPECT_EQ(normalizeAngle(360.0), 0.0);
-    EXPECT_EQ(normalizeAngle(720.0), 0.0);
-    EXPECT_EQ(normalizeAngle(-360.0), 0.0);
-    EXPECT_EQ(normalizeAngle(-1080.0), 0.0);
-    EXPECT_EQ(normalizeAngle(1e-8), 0.0);
-    EXPECT_EQ(normalizeAngle(-1e-8), 0.0);
-    EXPECT_EQ(normalizeAngle(1e-7), 0.0);
-    EXPECT_NEAR(normalizeAngle(360.0 * (1.0 + 1e-14)), 0.0, 1e-10);
+    EXPECT_EQ(Numeric::normalizeAngle(360.0), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(720.0), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(-360.0), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(-1080.0), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(1e-8), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(-1e-8), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(1e-7), 0.0);
+    EXPECT_NEAR(Numeric::normalizeAngle(360.0 * (1.0 + 1e-14)), 0.0, 1e-10);
 }
 
 TEST(NormalizeAngle, ResultLiesInHalfOpenTurn)
 {
     for (double degrees = -2000.0; degrees <= 2000.0; degrees += 12.5) {
-        const double result = normalizeAngle(degrees);
+        const double result = Numeric::normalizeAngle(degrees);
         EXPECT_GE(result, 0.0) << degrees;
         EXPECT_LT(result, 360.0) << degrees;
     }
-    EXPECT_GT(normalizeAngle(-2e-7), 359.0);
+    EXPECT_GT(Numeric::normalizeAngle(-2e-7), 359.0);
 }
 
 TEST(Magnetization, EffectiveAngleTurnsBackwardSensesByHalfATurn)

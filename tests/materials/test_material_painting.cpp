@@ -3,7 +3,7 @@
 #include <QPixmapCache>
 #include <gtest/gtest.h>
 
-#include "geometry/Polylabel.h"
+#include "base/Polylabel.h"
 #include "materials/BasicMaterials.h"
 #include "materials/MagnetMaterial.h"
 #include "materials/WindingMaterial.h"

@@ -2,12 +2,12 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "meshing/Mesh.h"
-#include "QmlScripting/ScriptConsole.h"
 
 namespace {
 

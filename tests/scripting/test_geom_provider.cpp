@@ -1,8 +1,8 @@
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/QmlGeomProvider.h"
 #include "QmlScripting/QmlShape.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "QtPrinters.h"
+#include "base/ScriptConsole.h"
 #include "materials/BasicMaterials.h"
 
 #include <QColor>

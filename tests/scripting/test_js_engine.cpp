@@ -1,6 +1,6 @@
 #include "QmlScripting/JSEngine.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "QtPrinters.h"
+#include "base/ScriptConsole.h"
 
 #include <QCoreApplication>
 #include <QDir>

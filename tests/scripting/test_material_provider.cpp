@@ -1,7 +1,7 @@
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/QmlMaterials.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "QtPrinters.h"
+#include "base/ScriptConsole.h"
 #include "geometry/Piece.h"
 
 #include <QSignalSpy>

@@ -1,13 +1,14 @@
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/QmlShape.h"
-#include "QmlScripting/ScriptConsole.h"
 #include "QtPrinters.h"
+#include "base/ScriptConsole.h"
 
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
 #include <cmath>
 
+#include "base/Numeric.h"
 #include "geometry/servoce/curve.h"
 #include "geometry/servoce/face.h"
 #include "geometry/servoce/solid.h"
@@ -274,12 +275,12 @@ TEST_F(QmlShapeTest, PointsAndVectorsTransformLikeShapes)
 
 TEST(QmlShapeAngles, NormAngleBringsAnglesIntoOneTurn)
 {
-    EXPECT_EQ(normAngle(360.0), 0.0);
-    EXPECT_EQ(normAngle(5e-8), 0.0);
-    EXPECT_EQ(normAngle(-90.0), 270.0);
-    EXPECT_EQ(normAngle(-720.0), 0.0);
-    EXPECT_EQ(normAngle(725.0), 5.0);
-    EXPECT_EQ(normAngle(359.5), 359.5);
+    EXPECT_EQ(Numeric::normalizeAngle(360.0), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(5e-8), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(-90.0), 270.0);
+    EXPECT_EQ(Numeric::normalizeAngle(-720.0), 0.0);
+    EXPECT_EQ(Numeric::normalizeAngle(725.0), 5.0);
+    EXPECT_EQ(Numeric::normalizeAngle(359.5), 359.5);
     EXPECT_NEAR(scriptAngleToRadians(-180.0), pi, 1e-15);
 }
 

@@ -1,6 +1,6 @@
-#include "QmlScripting/Machine.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "QtPrinters.h"
+#include "base/Machine.h"
 
 #include <QDir>
 #include <QFile>
@@ -134,21 +134,21 @@ TEST(ScriptCatalogueTest, PicturesAndManualsAreAbsoluteAndLowerCased)
 
     EXPECT_EQ(entry.pictures().keys(),
               (QStringList{QStringLiteral("picture"), QStringLiteral("picture_srs_yokeless")}));
-    EXPECT_EQ(entry.picture(Machine::UnknownType, MotorElement::Yoke),
+    EXPECT_EQ(entry.picture(Machine::UnknownType, ElementTypes::Yoke),
               folder.absolute(QStringLiteral("pictures/slotted.png")));
-    EXPECT_EQ(entry.picture(Machine::SRS, MotorElement::UnknownType),
+    EXPECT_EQ(entry.picture(Machine::SRS, ElementTypes::UnknownType),
               folder.absolute(QStringLiteral("pictures/slotted.png")));
-    EXPECT_EQ(entry.picture(Machine::SRS, MotorElement::Yokeless), folder.absolute(QStringLiteral("srs-yokeless.png")));
-    EXPECT_EQ(entry.picture(Machine::SRS, MotorElement::Yoke), QStringLiteral(":/prohibition.png"))
+    EXPECT_EQ(entry.picture(Machine::SRS, ElementTypes::Yokeless), folder.absolute(QStringLiteral("srs-yokeless.png")));
+    EXPECT_EQ(entry.picture(Machine::SRS, ElementTypes::Yoke), QStringLiteral(":/prohibition.png"))
         << "a machine without its own picture is not shown the general one";
 
-    EXPECT_EQ(entry.manual(Machine::SR, MotorElement::Yoke), folder.absolute(QStringLiteral("manuals/sr.pdf")));
-    EXPECT_EQ(entry.manual(Machine::UnknownType, MotorElement::UnknownType),
+    EXPECT_EQ(entry.manual(Machine::SR, ElementTypes::Yoke), folder.absolute(QStringLiteral("manuals/sr.pdf")));
+    EXPECT_EQ(entry.manual(Machine::UnknownType, ElementTypes::UnknownType),
               folder.absolute(QStringLiteral("general.pdf")));
-    EXPECT_TRUE(entry.manual(Machine::RSR, MotorElement::Yoke).isEmpty());
+    EXPECT_TRUE(entry.manual(Machine::RSR, ElementTypes::Yoke).isEmpty());
 
     const ScriptDescribe bare;
-    EXPECT_TRUE(bare.picture(Machine::UnknownType, MotorElement::UnknownType).isEmpty());
+    EXPECT_TRUE(bare.picture(Machine::UnknownType, ElementTypes::UnknownType).isEmpty());
 }
 
 TEST(ScriptCatalogueTest, ALookUpFindsTheFirstEntryOfAScriptInAnyCase)

@@ -1,5 +1,6 @@
-#include "QmlScripting/ScriptConsole.h"
 #include "QtPrinters.h"
+#include "base/ScriptConsole.h"
+#include "support/ConsoleSpies.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -12,22 +13,6 @@
 #include <thread>
 
 namespace {
-
-struct Spies {
-    explicit Spies(ScriptConsole *console)
-        : log(console, &ScriptConsole::signalLog)
-        , error(console, &ScriptConsole::signalError)
-        , warn(console, &ScriptConsole::signalWarn)
-        , info(console, &ScriptConsole::signalInfo)
-    {
-    }
-    int total() const { return log.count() + error.count() + warn.count() + info.count(); }
-
-    QSignalSpy log;
-    QSignalSpy error;
-    QSignalSpy warn;
-    QSignalSpy info;
-};
 
 // The console as a script sees it, kept by the test rather than by the engine.
 struct ScriptedConsole {
@@ -57,7 +42,7 @@ struct ScriptedConsole {
 TEST(ScriptConsoleTest, EachMethodRaisesOnlyItsOwnSignalWithTheFixedScope)
 {
     ScriptConsole console(ScriptConsole::Winding);
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
 
     console.log(QStringLiteral("l"));
     console.error(QStringLiteral("e"));
@@ -137,7 +122,7 @@ TEST(ScriptConsoleTest, AMutedConsoleEmitsNothingUntilUnmuted)
 {
     ScriptedConsole scripted;
     ScriptConsole &console = scripted.console;
-    Spies spies(&console);
+    ConsoleSpies spies(&console);
 
     console.setMuted(true);
     console.log(QStringLiteral("l"));

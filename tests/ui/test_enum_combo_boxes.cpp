@@ -51,7 +51,7 @@ TEST(EnumComboBoxTest, NoCurrentItemReadsAsTheUnknownValue)
 {
     MiddleTypeComboBox middle;
     middle.setCurrentIndex(-1);
-    EXPECT_EQ(middle.currentValue(), MotorElement::UnknownType);
+    EXPECT_EQ(middle.currentValue(), ElementTypes::UnknownType);
     PoleArrangementComboBox poles;
     poles.setCurrentIndex(-1);
     EXPECT_EQ(poles.currentValue(), PoleArrangement::Unknown);
@@ -77,8 +77,8 @@ TEST(EnumComboBoxTest, SettingAValueAnnouncesItAndAValueWithoutItemChangesNothin
     EXPECT_EQ(changed.size(), 1);
 
     MiddleTypeComboBox middle;
-    EXPECT_TRUE(middle.metaObject()->userProperty().write(&middle, QVariant::fromValue(MotorElement::Yokeless)));
-    EXPECT_EQ(middle.currentValue(), MotorElement::Yokeless);
+    EXPECT_TRUE(middle.metaObject()->userProperty().write(&middle, QVariant::fromValue(ElementTypes::Yokeless)));
+    EXPECT_EQ(middle.currentValue(), ElementTypes::Yokeless);
 }
 
 TEST(EnumComboBoxTest, ACutListOfPoleArrangementsIgnoresValuesOutsideIt)

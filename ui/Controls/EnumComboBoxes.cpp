@@ -82,19 +82,19 @@ void WindingTypeComboBox::announceCurrentValue(int index)
 MiddleTypeComboBox::MiddleTypeComboBox(QWidget *parent)
     : ValueComboBox(parent)
 {
-    const QMetaEnum names = QMetaEnum::fromType<MotorElement::MiddleType>();
+    const QMetaEnum names = QMetaEnum::fromType<ElementTypes::MiddleType>();
     QVector<Item> items;
-    for (MotorElement::MiddleType type : {MotorElement::Yoke, MotorElement::Yokeless})
+    for (ElementTypes::MiddleType type : {ElementTypes::Yoke, ElementTypes::Yokeless})
         items.append({int(type), QString::fromLatin1(names.valueToKey(type))});
     setValueItems(items);
 }
 
-MotorElement::MiddleType MiddleTypeComboBox::value(int index) const
+ElementTypes::MiddleType MiddleTypeComboBox::value(int index) const
 {
-    return enumAt(this, index, MotorElement::UnknownType);
+    return enumAt(this, index, ElementTypes::UnknownType);
 }
 
-void MiddleTypeComboBox::setCurrentValue(MotorElement::MiddleType type)
+void MiddleTypeComboBox::setCurrentValue(ElementTypes::MiddleType type)
 {
     selectValue(int(type));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "geometry/MotorElement.h"
+#include "base/ElementTypes.h"
 #include "geometry/PoleArrangement.h"
 #include "ui/Controls/ValueComboBox.h"
 #include "winding/Winding.h"
@@ -75,18 +75,18 @@ protected:
 class MiddleTypeComboBox : public ValueComboBox
 {
     Q_OBJECT
-    Q_PROPERTY(MotorElement::MiddleType currentValue READ currentValue WRITE setCurrentValue NOTIFY
+    Q_PROPERTY(ElementTypes::MiddleType currentValue READ currentValue WRITE setCurrentValue NOTIFY
                    currentValueChanged USER true)
 public:
     explicit MiddleTypeComboBox(QWidget *parent = nullptr);
-    MotorElement::MiddleType currentValue() const { return value(currentIndex()); }
-    Q_INVOKABLE MotorElement::MiddleType value(int index) const;
+    ElementTypes::MiddleType currentValue() const { return value(currentIndex()); }
+    Q_INVOKABLE ElementTypes::MiddleType value(int index) const;
 
 public slots:
-    void setCurrentValue(MotorElement::MiddleType type);
+    void setCurrentValue(ElementTypes::MiddleType type);
 
 signals:
-    void currentValueChanged(MotorElement::MiddleType type);
+    void currentValueChanged(ElementTypes::MiddleType type);
 
 protected:
     void announceCurrentValue(int index) override;

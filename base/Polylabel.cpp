@@ -1,4 +1,4 @@
-#include "geometry/Polylabel.h"
+#include "base/Polylabel.h"
 
 #include <QRectF>
 #include <cmath>

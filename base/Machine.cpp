@@ -1,4 +1,4 @@
-#include "QmlScripting/Machine.h"
+#include "base/Machine.h"
 
 #include <QDebug>
 

@@ -1,4 +1,4 @@
-#include "QmlScripting/ScriptConsole.h"
+#include "base/ScriptConsole.h"
 
 #include <QJSValue>
 #include <QJSValueIterator>

@@ -1,4 +1,4 @@
-#include "analysis/SolverStep.h"
+#include "app/SolverStep.h"
 
 #include "analysis/MCRCtrl/MCRCtrlInterface.h"
 #include "analysis/MCRCtrlPlugin.h"

@@ -1,4 +1,4 @@
-#include "QmlScripting/FileWatcher.h"
+#include "base/FileWatcher.h"
 
 #include <QDir>
 #include <QFileInfo>
