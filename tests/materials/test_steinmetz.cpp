@@ -2,8 +2,10 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <tuple>
 
 #include "materials/MaterialIronEngine.h"
+#include "materials/MaterialTestSupport.h"
 #include "materials/Steinmetz.h"
 
 namespace {
@@ -49,6 +51,21 @@ TEST(Steinmetz, OneFrequencySeesTheSameLossAtFiveAndTenTimesIt)
     // The same loss at three frequencies leaves no room for a frequency dependence.
     EXPECT_LT(std::abs(fit.a), 0.05);
     EXPECT_NEAR(fit.b, 2.0, 0.05);
+}
+
+TEST(Steinmetz, RowsTheEquationCannotTakeAreLeftOutWithAWarning)
+{
+    MaterialIronDescribe::IronLoss loss = tableOf({50, 100, 400}, {0.5, 1.0, 1.5}, 0.02, 5e-5, 1.1, 1.9);
+    for (const auto &[f, flux, value] : {std::tuple(50.0, 0.0, 0.0), std::tuple(100.0, 1.2, 0.0), std::tuple(-50.0, 1.0, 1.0)}) {
+        loss.lossFrequency.append(f);
+        loss.lossFluxDensity.append(flux);
+        loss.lossValue.append(value);
+    }
+    const LogCatcher log;
+    const Steinmetz fit(loss);
+    EXPECT_TRUE(log.contains("Steinmetz fit leaves out 3 loss rows"));
+    EXPECT_NEAR(fit.a, 1.1, 1e-9);
+    EXPECT_NEAR(fit.b, 1.9, 1e-9);
 }
 
 TEST(Steinmetz, FileCoefficientsPlayNoPart)
