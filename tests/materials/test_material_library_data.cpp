@@ -23,9 +23,10 @@ QList<QList<double>> publishedTable(const QString &fileName, int n)
         return {};
     QTextStream stream(&file);
     const QString opening = QStringLiteral("# [Table %1]").arg(n);
-    while (!stream.atEnd() && !stream.readLine().startsWith(opening)) {
-    }
     QString line;
+    do
+        line = stream.readLine();
+    while (!stream.atEnd() && !line.startsWith(opening));
     // Notes, then the header row.
     do
         line = stream.readLine();
