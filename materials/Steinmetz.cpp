@@ -3,6 +3,7 @@
 #include <Eigen/Dense>
 #include <QDebug>
 #include <QSet>
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -22,16 +23,31 @@ Eigen::ArrayXd arrayOf(const QList<double> &values)
     return array;
 }
 
+// The equation has logarithms of frequency and flux density in its derivatives and the
+// loss as divisor of its residual: a row with any of them not above zero would turn the
+// whole fit into NaN, so it is left out with a warning.
 // One frequency alone cannot tell hysteresis from eddy currents: the rows are repeated
 // at five and ten times the frequency with the same losses.
 Rows rowsOf(const MaterialIronDescribe::IronLoss &loss)
 {
-    QList<double> frequency = loss.lossFrequency;
-    QList<double> fluxDensity = loss.lossFluxDensity;
-    QList<double> value = loss.lossValue;
+    QList<double> frequency;
+    QList<double> fluxDensity;
+    QList<double> value;
+    const int count = std::min({loss.lossFrequency.size(), loss.lossFluxDensity.size(), loss.lossValue.size()});
+    for (int i = 0; i < count; ++i) {
+        if (loss.lossFrequency.at(i) > 0.0 && loss.lossFluxDensity.at(i) > 0.0 && loss.lossValue.at(i) > 0.0) {
+            frequency.append(loss.lossFrequency.at(i));
+            fluxDensity.append(loss.lossFluxDensity.at(i));
+            value.append(loss.lossValue.at(i));
+        }
+    }
+    if (frequency.size() < loss.lossFrequency.size())
+        qWarning().noquote() << "Steinmetz fit leaves out" << loss.lossFrequency.size() - frequency.size()
+                             << "loss rows without a positive frequency, flux density and loss";
     if (QSet<double>(frequency.begin(), frequency.end()).size() == 1) {
+        const QList<double> once = frequency;
         for (const double factor : {5.0, 10.0}) {
-            for (const double f : loss.lossFrequency)
+            for (const double f : once)
                 frequency.append(f * factor);
         }
         fluxDensity = fluxDensity + fluxDensity + fluxDensity;

@@ -253,7 +253,7 @@ TEST(MaterialCatalogues, InstancesReadTheLibraryOfAParentInstallation)
     EXPECT_TRUE(steel->fileName.startsWith(materials));
     EXPECT_EQ(&MaterialIronEngine::instance(), &MaterialIronEngine::instance());
     EXPECT_NE(MaterialConductorEngine::instance().describe("Copper annealed"), nullptr);
-    EXPECT_NE(MaterialMagnetEngine::instance().describe("Sm2Co17 YXG-28"), nullptr);
+    EXPECT_NE(MaterialMagnetEngine::instance().describe("Sm2Co17 28 MGOe"), nullptr);
     EXPECT_NE(TransistorDescriptorEngine::instance().describe("IRF3205"), nullptr);
     EXPECT_EQ(TransistorDescriptorEngine::instance().transistors().first().name, "Ideal (no losses, no voltage drop)");
 
