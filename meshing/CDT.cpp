@@ -7,7 +7,9 @@
 #include <CGAL/Delaunay_mesher_2.h>
 #include <CGAL/Triangulation_data_structure_2.h>
 #include <QDebug>
+#include <algorithm>
 #include <cmath>
+#include <stdexcept>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -19,6 +21,10 @@ namespace {
 const double zeroTolerance = 1e-7;
 // Squared displacements up to this, (0.01 mm)², are rounding noise of a move and not applied.
 const double smallestMoveSquared = 0.0001;
+// A triangle whose height is below this fraction of its longest side is flat
+// by rounding: crossing constraints met at a point that rounding moved off a
+// line. The mesher would place its circumcentre at infinity.
+const double flatTriangle = 1e-10;
 // Ends of the mirror lines: far outside any machine.
 const double farAway = 10000.0;
 
@@ -90,6 +96,7 @@ struct CDT::Private
     void insertMirrored(const Triangulation &source, const MyKernel::Line_2 &line);
     void map(const Transformation &transformation);
     std::vector<std::pair<VertexHandle, VertexHandle>> constraintEnds() const;
+    void checkRefinable() const;
 
     Triangulation tr;
 };
@@ -190,6 +197,24 @@ std::vector<std::pair<VertexHandle, VertexHandle>> CDT::Private::constraintEnds(
             result.push_back(ends(*edge));
     }
     return result;
+}
+
+void CDT::Private::checkRefinable() const
+{
+    for (auto face = tr.finite_faces_begin(); face != tr.finite_faces_end(); ++face) {
+        const Point &a = face->vertex(0)->point();
+        const Point &b = face->vertex(1)->point();
+        const Point &c = face->vertex(2)->point();
+        const double longest =
+            std::max({CGAL::squared_distance(a, b), CGAL::squared_distance(b, c), CGAL::squared_distance(c, a)});
+        if (std::abs(CGAL::area(a, b, c)) > flatTriangle * longest)
+            continue;
+        const Point middle = CGAL::centroid(a, b, c);
+        throw std::runtime_error(
+            QStringLiteral("Error: constraints cross too close to each other to refine the mesh near %1")
+                .arg(pointText(middle))
+                .toStdString());
+    }
 }
 
 CDT::CDT()
@@ -402,6 +427,7 @@ int CDT::refine(double aspectBound, double sizeBound, int stepLimit)
 {
     if (stepLimit <= 0)
         return 0;
+    d->checkRefinable();
     Mesher mesher(d->tr, Criteria(aspectBound, sizeBound));
     mesher.init(false);
     int steps = 0;

@@ -100,6 +100,8 @@ public:
 
     // Refines by the mesher until done or until stepLimit steps; all faces
     // within the outer constraints are the domain. The number of steps made.
+    // Raises std::runtime_error, having changed nothing, when a triangle is
+    // flat by rounding, which the mesher cannot refine.
     int refine(double aspectBound, double sizeBound, int stepLimit);
     // Marks the faces within the outer constraints as the domain, without refining.
     void markDomain();

@@ -1,12 +1,17 @@
 #pragma once
 
+#include <QDir>
 #include <QLineF>
+#include <QPainter>
+#include <QSvgGenerator>
 #include <QPointF>
 #include <QPolygonF>
 #include <cmath>
 #include <initializer_list>
 #include <map>
 #include <utility>
+
+#include <gtest/gtest.h>
 
 #include "meshing/CDT.h"
 #include "meshing/Shape2D.h"
@@ -79,4 +84,60 @@ inline MeshMeasures measure(const CDT &cdt, bool inDomainOnly = true)
         }
     }
     return result;
+}
+
+// Draws a triangulation for a failing test: triangles of the domain grey,
+// others white, constraints blue, sides with more than two triangles and
+// faces that are not counter-clockwise red. Written beside the test program.
+inline QString writeSvg(const CDT &cdt, const QString &name)
+{
+    const CDT::Snapshot snapshot = cdt.snapshot();
+    QRectF bounds;
+    for (const CDT::Vertex &vertex : snapshot.vertices)
+        bounds |= QRectF(vertex.point, QSizeF(1e-9, 1e-9));
+    const double scale = 800.0 / std::max({bounds.width(), bounds.height(), 1e-9});
+    const QString path = QDir::current().absoluteFilePath(name + QStringLiteral(".svg"));
+    QSvgGenerator svg;
+    svg.setFileName(path);
+    svg.setSize(QSize(int(bounds.width() * scale) + 20, int(bounds.height() * scale) + 20));
+    QPainter painter(&svg);
+    // The section's ordinate points up.
+    painter.translate(10, 10 + bounds.height() * scale);
+    painter.scale(scale, -scale);
+    painter.translate(-bounds.topLeft());
+    const auto at = [&snapshot](int index) { return QPointF(snapshot.vertices.at(index).point); };
+    std::map<std::pair<int, int>, int> sides;
+    for (const CDT::Face &face : snapshot.faces) {
+        const QPolygonF triangle({at(face.vertices[0]), at(face.vertices[1]), at(face.vertices[2])});
+        const bool turned = signedArea(triangle[0], triangle[1], triangle[2]) <= 0.0;
+        painter.setPen(QPen(Qt::darkGray, 0));
+        painter.setBrush(turned ? QColor(Qt::red) : face.inDomain ? QColor(Qt::lightGray) : QColor(Qt::white));
+        painter.drawPolygon(triangle);
+        for (int i = 0; i < 3; ++i) {
+            const int u = face.vertices[i];
+            const int v = face.vertices[(i + 1) % 3];
+            ++sides[{std::min(u, v), std::max(u, v)}];
+        }
+    }
+    painter.setPen(QPen(Qt::blue, 0));
+    for (const CDT::Edge &edge : snapshot.constraints)
+        painter.drawLine(at(edge.vertex0), at(edge.vertex1));
+    painter.setPen(QPen(Qt::red, 3.0 / scale));
+    for (const auto &[side, count] : sides) {
+        if (count > 2)
+            painter.drawLine(at(side.first), at(side.second));
+    }
+    return path;
+}
+
+// A mesh without turned faces and without sides of three or more triangles;
+// a failure leaves its picture.
+inline ::testing::AssertionResult isPlanarMesh(const CDT &cdt, const QString &name)
+{
+    const MeshMeasures mesh = measure(cdt, false);
+    if (mesh.smallestArea > 0.0 && mesh.overusedSides == 0)
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "smallest area " << mesh.smallestArea << ", " << mesh.overusedSides
+                                         << " sides of more than two triangles, drawn in "
+                                         << writeSvg(cdt, name).toStdString();
 }
