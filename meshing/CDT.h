@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QList>
 #include <QTransform>
 #include <QVector>
 #include <QtGlobal>
@@ -8,11 +7,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <tuple>
 
 #include "meshing/Shape2D.h"
-
-class QObject;
 
 // The constrained Delaunay triangulation of every two-dimensional mesh, in
 // the mm of a flat section. Points are inserted with a tolerance, so that
@@ -110,6 +106,3 @@ private:
     struct Private;
     std::unique_ptr<Private> d;
 };
-
-// One body's triangulation out of a worker task, with the body that made it.
-using ItemMesh = std::tuple<CDT, const QObject *>;
