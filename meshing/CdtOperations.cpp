@@ -1,5 +1,6 @@
 #include "meshing/CdtOperations.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "meshing/GeometryGenerator.h"
@@ -87,6 +88,15 @@ void removeVerticesOrdinateRange(CDT &cdt, double low, double high, bool lowIncl
         const bool belowHigh = y < h || (highInclusive && qFuzzyCompare(y, h));
         return aboveLow && belowHigh;
     });
+}
+
+CDT replicated(const CDT &cell, double cellWidth, double periodWidth)
+{
+    const int count = std::max(1, int(std::lround(periodWidth / cellWidth)));
+    CDT period;
+    for (int i = 0; i < count; ++i)
+        period.merge(cell.translated(i * cellWidth));
+    return period;
 }
 
 } // namespace cdt

@@ -28,4 +28,8 @@ using OrdinateRange = std::function<bool(double low, double y, double high)>;
 void removeVerticesOrdinateRange(CDT &cdt, double low, double high, const OrdinateRange &inRange);
 void removeVerticesOrdinateRange(CDT &cdt, double low, double high, bool lowInclusive, bool highInclusive);
 
+// The cell copied side by side until it fills the period: round(periodWidth /
+// cellWidth) copies, at least one, moved by cellWidth each, merged into one.
+CDT replicated(const CDT &cell, double cellWidth, double periodWidth);
+
 } // namespace cdt

@@ -212,3 +212,32 @@ TEST(MeshStep, ReportsKernelFailuresAndGoesOn)
     EXPECT_EQ(reported, "other, error: bad");
     EXPECT_TRUE(runMeshStep("fine", onError, [] {}));
 }
+
+TEST(CDT, MirroredCellReplicatesIntoAConformingPeriod)
+{
+    // Half a pitch of 6 mm, 5 mm high, with a slot wall in it.
+    CDT quarter = rectangle(0, 0, 3, 5);
+    quarter.insert_constraint(PointF(1, 0), PointF(1, 3));
+    quarter.refine(0.125, 0.8, 50000);
+    // The mirror line joins the two halves; the outer sides stay the boundary.
+    cdt::removeConstraintsAbscissas(quarter, {3.0});
+    CDT cell = quarter;
+    cell.merge(quarter.reflectedAbscissa(3.0));
+    cell.markDomain();
+    const MeshMeasures cellMesh = measure(cell);
+    ASSERT_NEAR(cellMesh.area, 30.0, 1e-9);
+    int border = 0;
+    for (const PointF &point : points(cell))
+        border += std::abs(point.x()) < 1e-9 ? 1 : 0;
+
+    EXPECT_EQ(cdt::replicated(cell, 6.0, 6.0).numberOfVertices(), cell.numberOfVertices());
+    CDT period = cdt::replicated(cell, 6.0, 4 * 6.0 + 0.4);
+    period.markDomain();
+    EXPECT_EQ(period.numberOfVertices(), 4 * cell.numberOfVertices() - 3 * border);
+    EXPECT_TRUE(isPlanarMesh(period, QStringLiteral("replicated_period")));
+    const MeshMeasures mesh = measure(period);
+    EXPECT_NEAR(mesh.area, 4 * 30.0, 1e-9);
+    EXPECT_EQ(mesh.faces, 4 * cellMesh.faces);
+    EXPECT_NEAR(mesh.boundaryLength, 2 * (24.0 + 5.0), 1e-9);
+    EXPECT_LE(mesh.longestSide, 0.8 + 1e-9);
+}
