@@ -1,3 +1,4 @@
+#include <QtConcurrent>
 #include <QtMath>
 #include <gtest/gtest.h>
 
@@ -177,4 +178,25 @@ TEST(SectionToMesh, MagnetInsideIronKeepsTheAreasOfItsUnrolledCut)
             magnetOutline += QLineF(a, b).length();
     }
     EXPECT_NEAR(magnetOutline, 2.0 * (10 * degree + 6.0), 1e-6);
+}
+
+TEST(SectionToMesh, SlicesAreCutAndCleanedInParallel)
+{
+    // One creater per slice, each on its own worker, as the meshes are built.
+    const ShapeList shapes{servoce::tube(60.0, 40.0, 10.0, qDegreesToRadians(30.0)),
+                           servoce::tube(55.0, 45.0, 6.0, qDegreesToRadians(10.0)).translated(0.0, 0.0, 2.0)};
+    const QList<double> radii{42.0, 47.0, 50.0, 53.0, 58.0};
+    QList<QFuture<int>> slices;
+    for (const double radius : radii) {
+        slices.append(QtConcurrent::run([&shapes, radius] {
+            const Shape2DList lines = CylindricalSectionCreater(radius, 10.0, 1.0).create(shapes);
+            return GeometryGenerator().createGeometry(lines, 1e-5, true, false, true).subdomains.size();
+        }));
+    }
+    QList<int> regions;
+    for (QFuture<int> &slice : slices)
+        regions.append(slice.result());
+    // Where the cut meets the magnet, which stands on the sector's side, the
+    // outline is a region of its own beside the iron and the magnet.
+    EXPECT_EQ(regions, QList<int>({1, 3, 3, 3, 1}));
 }
