@@ -18,7 +18,7 @@
 
 namespace {
 
-const double zeroTolerance = 1e-7;
+const double zeroTolerance = flat::zero;
 // Squared displacements up to this, (0.01 mm)², are rounding noise of a move and not applied.
 const double smallestMoveSquared = 0.0001;
 // A triangle whose height is below this fraction of its longest side is flat
@@ -65,7 +65,7 @@ PointF toPointF(const Point &point)
 
 QString pointText(const Point &point)
 {
-    return QStringLiteral("(%1, %2)").arg(point.x(), 0, 'g', 12).arg(point.y(), 0, 'g', 12);
+    return flat::pointText(toPointF(point));
 }
 
 bool near(const Point &a, const Point &b)

@@ -26,7 +26,7 @@ using ItemList = QList<Item>;
 
 QString pointText(const QPointF &point)
 {
-    return QStringLiteral("(%1, %2)").arg(point.x(), 0, 'f', 9).arg(point.y(), 0, 'f', 9);
+    return flat::pointText(point, 'f', 9);
 }
 
 // The smallest region that holds the point: the search order lists higher ids first.

@@ -16,7 +16,7 @@
 
 namespace {
 
-const double zeroTolerance = 1e-7;
+const double zeroTolerance = flat::zero;
 // Bends of less than this many degrees at a node of two lines are merged away.
 const double collinearBend = 4.0;
 // Deeper recursion of appendLine means splits that do not converge.
@@ -29,11 +29,6 @@ const int parallelNodeSearch = 4096;
 bool sameOrLess(double value, double limit)
 {
     return value < limit || qFuzzyCompare(value, limit);
-}
-
-QString pointText(const QPointF &point)
-{
-    return QStringLiteral("(%1, %2)").arg(point.x()).arg(point.y());
 }
 
 } // namespace
@@ -130,11 +125,13 @@ bool GeometryGenerator::appendLine(const Node &node0, const Node &node1, bool no
 {
     const QPointF difference = node1 - node0;
     if (std::hypot(difference.x(), difference.y()) < 2.0 * m_distanceTolerant) {
-        qWarning().noquote() << "Ingore empty line by (node0 == node1) at" << pointText(node0) << pointText(node1);
+        qWarning().noquote() << "Ingore empty line by (node0 == node1) at" << flat::pointText(node0)
+                             << flat::pointText(node1);
         return false;
     }
     if (m_depth >= maximumDepth) {
-        qCritical().noquote() << "Error: lines split without end at" << pointText(node0) << pointText(node1);
+        qCritical().noquote() << "Error: lines split without end at" << flat::pointText(node0)
+                              << flat::pointText(node1);
         return false;
     }
     struct Depth

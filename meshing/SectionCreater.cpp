@@ -19,7 +19,7 @@
 
 namespace {
 
-const double zeroTolerance = 1e-7;
+const double zeroTolerance = flat::zero;
 // Curves that are not lines are drawn by chords of this sag, mm.
 const double chordDeflection = 0.02;
 // Lines shorter than this, mm, are worth a look in the log.

@@ -24,8 +24,7 @@ QString Segment::toString(const QList<Node> &nodes) const
     const auto position = [&nodes](qint64 index) {
         if (index < 0 || index >= nodes.size())
             return QString();
-        const Node &node = nodes.at(int(index));
-        return QStringLiteral("(%1, %2)").arg(node.x()).arg(node.y());
+        return flat::pointText(nodes.at(int(index)));
     };
     return QStringLiteral("L [%1%2 -> %3%4] %5 processed:%6")
         .arg(node0)

@@ -9,7 +9,7 @@
 
 namespace {
 
-const double zeroTolerance = 1e-7;
+const double zeroTolerance = flat::zero;
 
 QString number(double value)
 {
@@ -35,6 +35,15 @@ double zeroed(double value)
 const double maximumSag = 0.0001;
 
 } // namespace
+
+namespace flat {
+
+QString pointText(const QPointF &point, char format, int precision)
+{
+    return QStringLiteral("(%1, %2)").arg(point.x(), 0, format, precision).arg(point.y(), 0, format, precision);
+}
+
+} // namespace flat
 
 namespace angles {
 

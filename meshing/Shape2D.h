@@ -124,6 +124,16 @@ private:
     Shape2DList linesWhere(Keep keep) const;
 };
 
+namespace flat {
+
+// A length or coordinate of this size or less is nothing.
+constexpr double zero = 1e-7;
+
+// "(x, y)" for the log; 'f' with 9 decimals where the places matter.
+QString pointText(const QPointF &point, char format = 'g', int precision = 12);
+
+} // namespace flat
+
 namespace angles {
 
 // Degrees into [0, 360): nearly 0 and nearly 360 become exactly 0.

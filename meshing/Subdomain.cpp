@@ -102,11 +102,10 @@ PointF Subdomain::centroidPoint() const
 
 QString Subdomain::toolTip() const
 {
-    const PointF position = polylabelPoint();
     return QStringLiteral("Subdomain %1").arg(m_id)
            + QStringLiteral("\nMaterial: %1").arg(m_material ? m_material->description() : QString())
            + QStringLiteral("\nArea: %1").arg(m_area)
-           + QStringLiteral("\nPosition: %1").arg(QStringLiteral("(%1, %2)").arg(position.x()).arg(position.y()));
+           + QStringLiteral("\nPosition: %1").arg(flat::pointText(polylabelPoint()));
 }
 
 QString scopeText(quint32 scope)

@@ -89,9 +89,16 @@ TEST(CDT, RefinedRectangleIsAConformingMeshWithinTheSizeBound)
     EXPECT_LE(mesh.longestSide, 5.0 + 1e-9);
     EXPECT_EQ(mesh.overusedSides, 0);
     EXPECT_NEAR(mesh.boundaryLength, 240.0, 1e-9);
-    // The inner constraint is kept as edges of the mesh.
-    for (const CDT::Vertex &vertex : cdt.snapshot().vertices)
-        EXPECT_TRUE(vertex.point.x() >= 0 && vertex.point.x() <= 100 && vertex.point.y() >= 0 && vertex.point.y() <= 20);
+    // The inner constraint stands in the mesh, divided but whole.
+    const CDT::Snapshot snapshot = cdt.snapshot();
+    double wall = 0.0;
+    for (const CDT::Edge &edge : snapshot.constraints) {
+        const QPointF a = snapshot.vertices.at(edge.vertex0).point;
+        const QPointF b = snapshot.vertices.at(edge.vertex1).point;
+        if (a.x() == 30.0 && b.x() == 30.0)
+            wall += QLineF(a, b).length();
+    }
+    EXPECT_NEAR(wall, 20.0, 1e-12);
     EXPECT_EQ(cdt.refine(0.125, 5.0, 0), 0);
 }
 
