@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QEventLoop>
 #include <QFutureWatcher>
+#include <QScopeGuard>
 #include <QThread>
 #include <QtConcurrent>
 #include <algorithm>
@@ -134,15 +135,8 @@ bool GeometryGenerator::appendLine(const Node &node0, const Node &node1, bool no
                               << flat::pointText(node1);
         return false;
     }
-    struct Depth
-    {
-        explicit Depth(int &depth)
-            : depth(++depth)
-        {
-        }
-        ~Depth() { --depth; }
-        int &depth;
-    } depth(m_depth);
+    ++m_depth;
+    const auto leave = qScopeGuard([this] { --m_depth; });
 
     const qint64 i0 = nodeIndex(node0);
     const qint64 i1 = nodeIndex(node1);

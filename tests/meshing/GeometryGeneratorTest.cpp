@@ -193,3 +193,20 @@ TEST(Subdomain, NamesItsScope)
     EXPECT_EQ(scopeText(0x10 | 0x20000), "rotor1 | airgap2");
     EXPECT_EQ(scopeText(0x8), "Unknown scope");
 }
+
+TEST(GeometryGenerator, IslandOfTwoRegionsIsCutOutWhole)
+{
+    Shape2DList lines = rectangleLines(0.0, 0.0, 10.0, 10.0);
+    lines += rectangleLines(3.0, 4.0, 2.0, 2.0);
+    lines += rectangleLines(5.0, 4.0, 2.0, 2.0);
+    const GeometryData data = regions(lines);
+    // The island's own outline stays a region beside its two parts, as the
+    // outline of a whole section does.
+    ASSERT_EQ(data.subdomains.size(), 4);
+    EXPECT_NEAR(data.subdomains.at(1)->area(), 8.0, 1e-12);
+    const Subdomain &outer = *data.subdomains.first();
+    EXPECT_NEAR(outer.area(), 100.0 - 8.0, 1e-12);
+    EXPECT_FALSE(outer.contains(QPointF(4.0, 5.0)));
+    EXPECT_FALSE(outer.contains(QPointF(6.0, 5.0)));
+    EXPECT_NEAR(data.subdomains.last()->area(), 4.0, 1e-12);
+}
