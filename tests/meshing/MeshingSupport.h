@@ -4,6 +4,7 @@
 #include <QLineF>
 #include <QPainter>
 #include <QSvgGenerator>
+#include <QTransform>
 #include <QPointF>
 #include <QPolygonF>
 #include <cmath>
@@ -99,18 +100,22 @@ inline QString writeSvg(const CDT &cdt, const QString &name)
     const QString path = QDir::current().absoluteFilePath(name + QStringLiteral(".svg"));
     QSvgGenerator svg;
     svg.setFileName(path);
-    svg.setSize(QSize(int(bounds.width() * scale) + 20, int(bounds.height() * scale) + 20));
+    const QSize size(int(bounds.width() * scale) + 20, int(bounds.height() * scale) + 20);
+    svg.setSize(size);
+    svg.setViewBox(QRect(QPoint(0, 0), size));
     QPainter painter(&svg);
-    // The section's ordinate points up.
-    painter.translate(10, 10 + bounds.height() * scale);
-    painter.scale(scale, -scale);
-    painter.translate(-bounds.topLeft());
-    const auto at = [&snapshot](int index) { return QPointF(snapshot.vertices.at(index).point); };
+    // Points are mapped, not the painter, so that lines keep their width; the
+    // section's ordinate points up.
+    const QTransform toPicture = QTransform::fromTranslate(-bounds.left(), -bounds.top())
+                                 * QTransform::fromScale(scale, -scale)
+                                 * QTransform::fromTranslate(10, 10 + bounds.height() * scale);
+    const auto at = [&](int index) { return toPicture.map(QPointF(snapshot.vertices.at(index).point)); };
     std::map<std::pair<int, int>, int> sides;
     for (const CDT::Face &face : snapshot.faces) {
         const QPolygonF triangle({at(face.vertices[0]), at(face.vertices[1]), at(face.vertices[2])});
-        const bool turned = signedArea(triangle[0], triangle[1], triangle[2]) <= 0.0;
-        painter.setPen(QPen(Qt::darkGray, 0));
+        // The picture's y runs down, so a counter-clockwise face turns clockwise in it.
+        const bool turned = signedArea(triangle[0], triangle[1], triangle[2]) >= 0.0;
+        painter.setPen(QPen(Qt::darkGray, 0.5));
         painter.setBrush(turned ? QColor(Qt::red) : face.inDomain ? QColor(Qt::lightGray) : QColor(Qt::white));
         painter.drawPolygon(triangle);
         for (int i = 0; i < 3; ++i) {
@@ -119,10 +124,10 @@ inline QString writeSvg(const CDT &cdt, const QString &name)
             ++sides[{std::min(u, v), std::max(u, v)}];
         }
     }
-    painter.setPen(QPen(Qt::blue, 0));
+    painter.setPen(QPen(Qt::blue, 1.0));
     for (const CDT::Edge &edge : snapshot.constraints)
         painter.drawLine(at(edge.vertex0), at(edge.vertex1));
-    painter.setPen(QPen(Qt::red, 3.0 / scale));
+    painter.setPen(QPen(Qt::red, 3.0));
     for (const auto &[side, count] : sides) {
         if (count > 2)
             painter.drawLine(at(side.first), at(side.second));
