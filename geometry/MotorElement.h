@@ -18,7 +18,6 @@
 class FileWatcher;
 class JSEngine;
 class QQmlError;
-class QWidget;
 class ScriptDescribeList;
 class ScriptObject;
 
@@ -188,7 +187,6 @@ private:
     // Logged behind "Error:" and shown on the console.
     void scriptFailure(const QString &message) const;
     void scriptFileChanged(const QString &path);
-    QVariantMap editorValues(const QWidget &panel) const;
     // The script's values of a property map, if they belong to the script now loaded.
     void setScriptValues(const QVariantMap &map);
 

@@ -7,13 +7,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QMetaProperty>
 #include <QSignalBlocker>
-#include <QWidget>
 
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "QmlScripting/ScriptObject.h"
+#include "QmlScripting/ScriptPanel.h"
 #include "base/FileWatcher.h"
 #include "base/UserMessage.h"
 #include "document/Document.h"
@@ -25,12 +24,6 @@ namespace {
 QString capitalized(const QString &name)
 {
     return name.left(1).toUpper() + name.mid(1);
-}
-
-// Widgets whose name makes them editors of a script variable.
-bool isEditorName(const QString &name)
-{
-    return !name.isEmpty() && !name.startsWith(QLatin1String("qt_"));
 }
 
 } // namespace
@@ -212,15 +205,14 @@ QVariantMap MotorElement::scriptEditedProperties()
     const bool geometryModified = doc->isGeometryModified();
     const QVariantMap values = m_scriptObject->properties();
 
-    QWidget host;
-    QJSValue hostValue = m_engine->newQObject(&host);
-    QQmlEngine::setObjectOwnership(&host, QQmlEngine::CppOwnership);
-    const QJSValue result = create.call({hostValue});
-    if (result.isError()) {
-        qCritical().noquote() << "Error:" << JSEngine::errorString(result);
+    const ScriptPanelEditors editors = scriptPanelEditors(*m_engine, create);
+    if (!editors.error.isEmpty()) {
+        qCritical().noquote() << "Error:" << editors.error;
         return {};
     }
-    const QVariantMap edited = editorValues(host);
+    QVariantMap edited;
+    for (const QString &name : editors.names)
+        edited.insert(name, m_scriptObject->property(name.toLatin1().constData()));
     // The panel function may have written variables as it ran: the script starts
     // afresh and gets the values back.
     readScript(scriptPath(m_script));
@@ -231,27 +223,6 @@ QVariantMap MotorElement::scriptEditedProperties()
     doc->setModified(modified);
     doc->setGeometryModified(geometryModified);
     return edited;
-}
-
-QVariantMap MotorElement::editorValues(const QWidget &panel) const
-{
-    QVariantMap values;
-    for (const QWidget *widget : panel.findChildren<QWidget *>()) {
-        const QString name = widget->objectName();
-        if (!isEditorName(name))
-            continue;
-        const QMetaProperty user = widget->metaObject()->userProperty();
-        if (!user.isReadable() || !user.hasNotifySignal()) {
-            qCritical() << "Error: Widget" << name << "has not user property";
-            continue;
-        }
-        if (values.contains(name)) {
-            qCritical() << "Has duplicate editor for" << name;
-            continue;
-        }
-        values.insert(name, m_scriptObject->property(name.toLatin1().constData()));
-    }
-    return values;
 }
 
 void MotorElement::scriptFileChanged(const QString &path)

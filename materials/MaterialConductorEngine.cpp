@@ -24,20 +24,17 @@ MaterialConductorDescribe MaterialConductorEngine::readFromFile(const QString &f
     if (!reader.isOpen())
         return record;
     record.fileName = filePath;
-    while (!reader.atEnd()) {
-        const QString line = reader.nextLine();
-        if (MaterialTextReader::hasTag(line, QStringLiteral("<Description>"))) {
-            reader.readDescription(record, false);
-        } else if (MaterialTextReader::hasTag(line, QStringLiteral("<Electric resistivity>"))) {
-            record.electricResistivityUnit = MaterialTextReader::unitOf(line);
-            record.electricResistivity = reader.nextValue();
-        } else if (MaterialTextReader::hasTag(line, QStringLiteral("<Temperature coefficient of resistance>"))) {
-            record.temperatureCoefficient = reader.nextValue();
-        } else if (MaterialTextReader::hasTag(line, QStringLiteral("<Mass Density>"))) {
-            record.massDensityUnit = MaterialTextReader::unitOf(line);
-            record.massDensity = reader.nextValue();
-        }
-    }
+    reader.readTags({
+        {QStringLiteral("<Description>"), [&](const QString &) { reader.readDescription(record, false); }},
+        {QStringLiteral("<Electric resistivity>"),
+         [&](const QString &line) {
+             reader.readQuantity(line, record.electricResistivityUnit, record.electricResistivity);
+         }},
+        {QStringLiteral("<Temperature coefficient of resistance>"),
+         [&](const QString &) { record.temperatureCoefficient = reader.nextValue(); }},
+        {QStringLiteral("<Mass Density>"),
+         [&](const QString &line) { reader.readQuantity(line, record.massDensityUnit, record.massDensity); }},
+    });
     return record;
 }
 

@@ -60,19 +60,16 @@ MaterialIronDescribe MaterialIronEngine::readFromFile(const QString &filePath)
     if (!reader.isOpen())
         return record;
     record.fileName = filePath;
-    while (!reader.atEnd()) {
-        const QString line = reader.nextLine();
-        if (MaterialTextReader::hasTag(line, QStringLiteral("<Description>"))) {
-            reader.readDescription(record, true);
-        } else if (MaterialTextReader::hasTag(line, QStringLiteral("<B-H curve>"))) {
-            readCurve(reader, record);
-        } else if (MaterialTextReader::hasTag(line, QStringLiteral("<Iron loss>"))) {
-            readLoss(reader, record);
-        } else if (MaterialTextReader::hasTag(line, QStringLiteral("<Mass Density>"))) {
-            record.massDensityUnit = MaterialTextReader::unitOf(line).replace(QStringLiteral("^3"), QStringLiteral("\u00B3"));
-            record.massDensity = reader.nextValue();
-        }
-    }
+    reader.readTags({
+        {QStringLiteral("<Description>"), [&](const QString &) { reader.readDescription(record, true); }},
+        {QStringLiteral("<B-H curve>"), [&](const QString &) { readCurve(reader, record); }},
+        {QStringLiteral("<Iron loss>"), [&](const QString &) { readLoss(reader, record); }},
+        {QStringLiteral("<Mass Density>"),
+         [&](const QString &line) {
+             reader.readQuantity(line, record.massDensityUnit, record.massDensity);
+             record.massDensityUnit.replace(QStringLiteral("^3"), QStringLiteral("\u00B3"));
+         }},
+    });
     if (record.unitFrequency.isEmpty())
         record.unitFrequency = tr("Hz");
     if (record.unitFluxDensity.isEmpty())

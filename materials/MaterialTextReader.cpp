@@ -49,6 +49,25 @@ void MaterialTextReader::readDescription(MaterialDescribe &record, bool withSour
         record.source = nextLine().remove(QStringLiteral("source: "), Qt::CaseInsensitive);
 }
 
+void MaterialTextReader::readTags(const QVector<TagReader> &readers)
+{
+    while (!atEnd()) {
+        const QString line = nextLine();
+        for (const TagReader &reader : readers) {
+            if (hasTag(line, reader.tag)) {
+                reader.read(line);
+                break;
+            }
+        }
+    }
+}
+
+void MaterialTextReader::readQuantity(const QString &tagLine, QString &unit, double &value)
+{
+    unit = unitOf(tagLine);
+    value = nextValue();
+}
+
 bool MaterialTextReader::hasTag(const QString &line, const QString &tag)
 {
     return line.startsWith(tag, Qt::CaseInsensitive);

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QString>
 #include <QTextStream>
+#include <QVector>
+#include <functional>
 
 struct MaterialDescribe;
 
@@ -27,6 +29,17 @@ public:
     // The lines after "<Description>": name and description, simplified, then, when
     // asked for, the source line without its "source: " label.
     void readDescription(MaterialDescribe &record, bool withSource);
+
+    // One tag of a kind's files and what reads its section from the tag's line on.
+    struct TagReader {
+        QString tag;
+        std::function<void(const QString &tagLine)> read;
+    };
+    // The whole file: each line that opens with one of the tags goes to that tag's
+    // reader, which may read on; other lines are passed over.
+    void readTags(const QVector<TagReader> &readers);
+    // The unit from the tag's line, the value from the line after it.
+    void readQuantity(const QString &tagLine, QString &unit, double &value);
 
     static bool hasTag(const QString &line, const QString &tag);
     // The text in the last parentheses when they close the text, else empty.
