@@ -73,32 +73,32 @@ TEST_F(DriveSettingsTest, SetterEmitsItsSignalThenChangedAndNothingOnEqualValue)
     EXPECT_EQ(changedSpy.count(), 1);
 }
 
-TEST(DriveSettingsNames, KnownAndUnknownValues)
+// The names are the program's own texts, stored and shown as they stand; a value
+// outside its enumeration gets the Unknown text of its kind.
+TEST(AnalysisNames, KnownAndUnknownValuesKeepTheirTexts)
 {
-    EXPECT_EQ(DriveSettings::waveformCurrentName(DriveSettings::Trapezoidal), "Trapezoidal");
-    EXPECT_EQ(DriveSettings::waveformCurrentName(DriveSettings::WaveformCurrent(9)), "UnknowWaveformCurrent");
-    EXPECT_EQ(DriveSettings::methodInputCurrentName(DriveSettings::RMSSupplyDensity), "RMS current density");
-    EXPECT_EQ(DriveSettings::methodInputCurrentName(DriveSettings::UnknowMethodInputCurrent),
-              "UnknowMethodInputCurrent");
-    EXPECT_EQ(DriveSettings::driveTypeName(DriveSettings::SixStep), "Six-step");
-    EXPECT_EQ(DriveSettings::driveTypeName(DriveSettings::DriveType(0)), "UnknownDriverType");
-    EXPECT_EQ(DriveSettings::switchDutyCycleName(DriveSettings::Deg180), "180");
-    EXPECT_EQ(DriveSettings::switchDutyCycleName(DriveSettings::SwitchDutyCycle(90)), "UnknownSwitchDutyCycle");
-    EXPECT_EQ(DriveSettings::sixStepOptionsName(DriveSettings::VariabledDCVoltage),
-              "Six-step with variable DC voltage");
-    EXPECT_EQ(DriveSettings::sixStepOptionsName(DriveSettings::SixStepOptions(0)), "UnknownSixStepOptions");
-}
-
-TEST(MagnetostaticAnalysisNames, KnownAndUnknownValues)
-{
-    EXPECT_EQ(MagnetostaticAnalysis::solverTypeName(MagnetostaticAnalysis::Linear), "Linear");
-    EXPECT_EQ(MagnetostaticAnalysis::solverTypeName(MagnetostaticAnalysis::SolverType(0)), "UnknownSolverType");
-    EXPECT_EQ(MagnetostaticAnalysis::accuracyName(MagnetostaticAnalysis::FourPoint),
-              "4 points per cogging - medium accuracy");
-    EXPECT_EQ(MagnetostaticAnalysis::accuracyName(MagnetostaticAnalysis::Accuracy(3)), "UnknownAccuracy");
-    EXPECT_EQ(MagnetostaticAnalysis::timePeriodModeName(MagnetostaticAnalysis::DefinePeriod), "Define time period");
-    EXPECT_EQ(MagnetostaticAnalysis::timePeriodModeName(MagnetostaticAnalysis::TimePeriodMode(0)),
-              "UnknownTimePeriodMode");
+    const QPair<QString, QString> names[] = {
+        {DriveSettings::waveformCurrentName(DriveSettings::Trapezoidal), "Trapezoidal"},
+        {DriveSettings::waveformCurrentName(DriveSettings::WaveformCurrent(9)), "UnknowWaveformCurrent"},
+        {DriveSettings::methodInputCurrentName(DriveSettings::RMSSupplyDensity), "RMS current density"},
+        {DriveSettings::methodInputCurrentName(DriveSettings::UnknowMethodInputCurrent), "UnknowMethodInputCurrent"},
+        {DriveSettings::driveTypeName(DriveSettings::SixStep), "Six-step"},
+        {DriveSettings::driveTypeName(DriveSettings::DriveType(0)), "UnknownDriverType"},
+        {DriveSettings::switchDutyCycleName(DriveSettings::Deg180), "180"},
+        {DriveSettings::switchDutyCycleName(DriveSettings::SwitchDutyCycle(90)), "UnknownSwitchDutyCycle"},
+        {DriveSettings::sixStepOptionsName(DriveSettings::VariabledDCVoltage), "Six-step with variable DC voltage"},
+        {DriveSettings::sixStepOptionsName(DriveSettings::SixStepOptions(0)), "UnknownSixStepOptions"},
+        {MagnetostaticAnalysis::solverTypeName(MagnetostaticAnalysis::Linear), "Linear"},
+        {MagnetostaticAnalysis::solverTypeName(MagnetostaticAnalysis::SolverType(0)), "UnknownSolverType"},
+        {MagnetostaticAnalysis::accuracyName(MagnetostaticAnalysis::FourPoint),
+         "4 points per cogging - medium accuracy"},
+        {MagnetostaticAnalysis::accuracyName(MagnetostaticAnalysis::Accuracy(3)), "UnknownAccuracy"},
+        {MagnetostaticAnalysis::timePeriodModeName(MagnetostaticAnalysis::DefinePeriod), "Define time period"},
+        {MagnetostaticAnalysis::timePeriodModeName(MagnetostaticAnalysis::TimePeriodMode(0)),
+         "UnknownTimePeriodMode"},
+    };
+    for (const auto &name : names)
+        EXPECT_EQ(name.first, name.second);
 }
 
 TEST_F(MagnetostaticAnalysisTest, AccuracyFixesThePointsAndKeepsTheUsersCount)

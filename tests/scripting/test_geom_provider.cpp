@@ -186,66 +186,101 @@ TEST_F(GeomProviderTest, SphereAndTorusTakeRadians)
     EXPECT_NEAR(number(QStringLiteral("Geom.torus(10, 2, Math.PI).volume()")), pi * pi * 10 * 4, 1e-6);
 }
 
-TEST_F(GeomProviderTest, FacesAndCurves)
+namespace {
+
+// A script expression and the number it must give, within the tolerance.
+struct Measure {
+    const char *expression;
+    double expected;
+    double tolerance;
+};
+
+// A script expression and the error it must throw.
+struct Refusal {
+    const char *expression;
+    const char *message;
+};
+
+} // namespace
+
+TEST_F(GeomProviderTest, FacesCurvesNumbersAndAnglesMeasureAsTheirClosedForms)
 {
-    EXPECT_EQ(thrown(QStringLiteral("Geom.ngon(5, 2)")), QStringLiteral("Argument 'n' must be great 2"));
-    EXPECT_NEAR(number(QStringLiteral("Geom.ngon(2, 3).area()")), 3 * std::sqrt(3.0), 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.rectangle(2, 3).area()")), 6.0, 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.square(2, true).center().x")), 0.0, 1e-9);
-    EXPECT_EQ(thrown(QStringLiteral("Geom.rectangle(2, -3)")),
-              QStringLiteral("Argument 'height' = -3 must be greater than 0"));
-    EXPECT_NEAR(number(QStringLiteral("Geom.ring(5, 3).area()")), pi * 16, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.ring(3, 5, 90).area()")), pi * 4, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.ring(3, 5, 90).center().y")), 0.0, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.ring(5, 3, 0, 90).boundingBox().ymin")), 0.0, 1e-6);
-    // Equal radii leave only the curve.
-    EXPECT_NEAR(number(QStringLiteral("Geom.ring(5, 5).length()")), 10 * pi, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.ring(5, 5, 90).length()")), 2.5 * pi, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.shape(Geom.boundingBox(Geom.box(2, 3, 4))).volume()")), 24.0, 1e-3);
-    EXPECT_NEAR(number(QStringLiteral("Geom.polysegment([Geom.point3(), 'x', Geom.point3(3), Geom.point3(3, 4)],"
-                                      " true).length()")),
-                12.0, 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.polygon([Geom.point3(), Geom.point3(3), Geom.point3(3, 4)]).area()")),
-                6.0, 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.fill(Geom.polysegment([Geom.point3(), Geom.point3(3),"
-                                      " Geom.point3(3, 4)], true)).area()")),
-                6.0, 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.arc(2, 90).length()")), pi, 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.arc(2, 90, 180).length()")), pi, 1e-9);
-    EXPECT_EQ(thrown(QStringLiteral("Geom.polysegment([])")), QStringLiteral("Array of points is empty"));
-    EXPECT_EQ(thrown(QStringLiteral("Geom.polysegment([Geom.point3()])")),
-              QStringLiteral("Size of array of points is less 2"));
-    EXPECT_EQ(thrown(QStringLiteral("Geom.polygon([1])")), QStringLiteral("Array of points is empty"));
+    const Measure measures[] = {
+        // Faces
+        {"Geom.ngon(2, 3).area()", 3 * std::sqrt(3.0), 1e-9},
+        {"Geom.rectangle(2, 3).area()", 6.0, 1e-9},
+        {"Geom.square(2, true).center().x", 0.0, 1e-9},
+        {"Geom.ring(5, 3).area()", pi * 16, 1e-6},
+        {"Geom.ring(3, 5, 90).area()", pi * 4, 1e-6},
+        {"Geom.ring(3, 5, 90).center().y", 0.0, 1e-6},
+        {"Geom.ring(5, 3, 0, 90).boundingBox().ymin", 0.0, 1e-6},
+        // Equal radii leave only the curve.
+        {"Geom.ring(5, 5).length()", 10 * pi, 1e-6},
+        {"Geom.ring(5, 5, 90).length()", 2.5 * pi, 1e-6},
+        {"Geom.shape(Geom.boundingBox(Geom.box(2, 3, 4))).volume()", 24.0, 1e-3},
+        {"Geom.polygon([Geom.point3(), Geom.point3(3), Geom.point3(3, 4)]).area()", 6.0, 1e-9},
+        {"Geom.fill(Geom.polysegment([Geom.point3(), Geom.point3(3), Geom.point3(3, 4)], true)).area()", 6.0, 1e-9},
+        {"Geom.ellipse(4, 2).area()", 8 * pi, 1e-6},
+        {"Geom.ellipse(4, 2, 0, 360).area()", 8 * pi, 1e-6},
+        // Curves
+        {"Geom.polysegment([Geom.point3(), 'x', Geom.point3(3), Geom.point3(3, 4)], true).length()", 12.0, 1e-9},
+        {"Geom.arc(2, 90).length()", pi, 1e-9},
+        {"Geom.arc(2, 90, 180).length()", pi, 1e-9},
+        {"Geom.arc(Geom.point3(2), Geom.point3(0, 2), Geom.point3(-2)).length()", 2 * pi, 1e-9},
+        {"Geom.bspline([Geom.point3(), Geom.point3(5)]).length()", 5.0, 1e-6},
+        {"Geom.wire([Geom.segment(Geom.point3(), Geom.point3(1)), Geom.segment(Geom.point3(1), Geom.point3(1, 1))])"
+         ".length()",
+         2.0, 1e-9},
+        {"Geom.section(Geom.box(2), Geom.infplane(Geom.point3(0, 0, 1))).length()", 8.0, 1e-6},
+        // Numbers and angles
+        {"Geom.angleZ(1, -1e-14, 0)", 0.0, 0.0},
+        {"Geom.angleZ(0, -1, 0)", 270.0, 1e-12},
+        {"Geom.angleX(0, 0, 1)", 90.0, 1e-12},
+        {"Geom.radius(3, 4)", 5.0, 1e-12},
+        {"Geom.distance(Geom.point3(1, 1, 1), Geom.point3(1, 4, 5))", 5.0, 1e-12},
+        {"Math.fromPolar(2, 90).x", 0.0, 0.0},
+        {"Math.fromPolar(2, 90).y", 2.0, 1e-12},
+        {"Math.rad(180)", pi, 1e-12},
+        {"Math.deg(Math.PI)", 180.0, 1e-12},
+        {"Math.fuzzyIsNull(0.01, 0.1) ? 1 : 0", 1.0, 0.0},
+        {"Math.fuzzyIsEqual(1, 1.2, 0.1) ? 1 : 0", 0.0, 0.0},
+        {"Math.normAngle(-90)", 270.0, 1e-12},
+        {"Math.normAngle(725)", 5.0, 1e-12},
+        {"Math.middleAngle(350, 10, Coil.CCW)", 0.0, 0.0},
+        {"Math.middleAngle(350, 10, Coil.CW)", 180.0, 1e-12},
+        {"Geom.vector3(1, 2).y", 2.0, 1e-12},
+        {"Geom.point3(7).x", 7.0, 1e-12},
+    };
+    for (const Measure &measure : measures)
+        EXPECT_NEAR(number(QString::fromLatin1(measure.expression)), measure.expected, measure.tolerance)
+            << measure.expression;
+    EXPECT_TRUE(errors.isEmpty());
 }
 
-TEST_F(GeomProviderTest, NumbersAndAngles)
+TEST_F(GeomProviderTest, WrongArgumentsThrowWhatIsWrong)
 {
-    EXPECT_EQ(number(QStringLiteral("Geom.angleZ(1, -1e-14, 0)")), 0.0);
-    EXPECT_NEAR(number(QStringLiteral("Geom.angleZ(0, -1, 0)")), 270.0, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Geom.angleX(0, 0, 1)")), 90.0, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Geom.radius(3, 4)")), 5.0, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Geom.distance(Geom.point3(1, 1, 1), Geom.point3(1, 4, 5))")), 5.0, 1e-12);
-    EXPECT_EQ(number(QStringLiteral("Math.fromPolar(2, 90).x")), 0.0);
-    EXPECT_NEAR(number(QStringLiteral("Math.fromPolar(2, 90).y")), 2.0, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Math.rad(180)")), pi, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Math.deg(Math.PI)")), 180.0, 1e-12);
-    EXPECT_TRUE(engine.evaluate(QStringLiteral("Math.fuzzyIsNull(0.01, 0.1)")).toBool());
-    EXPECT_FALSE(engine.evaluate(QStringLiteral("Math.fuzzyIsEqual(1, 1.2, 0.1)")).toBool());
-    EXPECT_NEAR(number(QStringLiteral("Math.normAngle(-90)")), 270.0, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Math.normAngle(725)")), 5.0, 1e-12);
-    EXPECT_EQ(number(QStringLiteral("Math.middleAngle(350, 10, Coil.CCW)")), 0.0);
-    EXPECT_NEAR(number(QStringLiteral("Math.middleAngle(350, 10, Coil.CW)")), 180.0, 1e-12);
-    EXPECT_TRUE(errors.isEmpty());
+    const Refusal refusals[] = {
+        {"Geom.ngon(5, 2)", "Argument 'n' must be great 2"},
+        {"Geom.rectangle(2, -3)", "Argument 'height' = -3 must be greater than 0"},
+        {"Geom.polysegment([])", "Array of points is empty"},
+        {"Geom.polysegment([Geom.point3()])", "Size of array of points is less 2"},
+        {"Geom.polygon([1])", "Array of points is empty"},
+        {"Geom.bspline([])", "Array of points is empty"},
+        {"Geom.wire([])", "Array of shapes is empty"},
+        {"Math.rad(NaN)", "Argument 'degrees' is NaN"},
+        {"Geom.point3(1, NaN)", "Argument 'y' is NaN"},
+    };
+    for (const Refusal &refusal : refusals)
+        EXPECT_EQ(thrown(QString::fromLatin1(refusal.expression)), QString::fromLatin1(refusal.message))
+            << refusal.expression;
+}
 
+TEST_F(GeomProviderTest, AMiddleAngleWithoutADirectionIsReportedOnTheConsole)
+{
     EXPECT_NEAR(number(QStringLiteral("Math.middleAngle(0, 90, 0)")), 45.0, 1e-12);
     ASSERT_EQ(errors.size(), 1);
     EXPECT_EQ(errors.last().at(1).toString(),
               QStringLiteral("Function Math.middleAngle(a1, a2, dir), argument 'dir' must be Coil.CW or Coil.CCW"));
-
-    EXPECT_EQ(thrown(QStringLiteral("Math.rad(NaN)")), QStringLiteral("Argument 'degrees' is NaN"));
-    EXPECT_EQ(thrown(QStringLiteral("Geom.point3(1, NaN)")), QStringLiteral("Argument 'y' is NaN"));
-    EXPECT_NEAR(number(QStringLiteral("Geom.vector3(1, 2).y")), 2.0, 1e-12);
-    EXPECT_NEAR(number(QStringLiteral("Geom.point3(7).x")), 7.0, 1e-12);
 }
 
 TEST_F(GeomProviderTest, AngleTakesTwoVectorsOrTwoNumbersOfOneKind)
@@ -278,22 +313,6 @@ TEST_F(GeomProviderTest, PointsAndVectorsFromOtherValues)
     EXPECT_NEAR(number(along.arg(-1)), 0.0, 1e-12);
     EXPECT_EQ(thrown(QStringLiteral("Geom.pointAtSegment(Geom.point3(1), Geom.point3(1), 1)")),
               QStringLiteral("Critical error at abscissaPoint"));
-}
-
-TEST_F(GeomProviderTest, MoreCurvesAndFaces)
-{
-    EXPECT_NEAR(number(QStringLiteral("Geom.arc(Geom.point3(2), Geom.point3(0, 2), Geom.point3(-2)).length()")),
-                2 * pi, 1e-9);
-    EXPECT_NEAR(number(QStringLiteral("Geom.ellipse(4, 2).area()")), 8 * pi, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.ellipse(4, 2, 0, 360).area()")), 8 * pi, 1e-6);
-    EXPECT_NEAR(number(QStringLiteral("Geom.bspline([Geom.point3(), Geom.point3(5)]).length()")), 5.0, 1e-6);
-    EXPECT_EQ(thrown(QStringLiteral("Geom.bspline([])")), QStringLiteral("Array of points is empty"));
-    EXPECT_NEAR(number(QStringLiteral("Geom.wire([Geom.segment(Geom.point3(), Geom.point3(1)),"
-                                      " Geom.segment(Geom.point3(1), Geom.point3(1, 1))]).length()")),
-                2.0, 1e-9);
-    EXPECT_EQ(thrown(QStringLiteral("Geom.wire([])")), QStringLiteral("Array of shapes is empty"));
-    EXPECT_NEAR(number(QStringLiteral("Geom.section(Geom.box(2), Geom.infplane(Geom.point3(0, 0, 1))).length()")),
-                8.0, 1e-6);
 }
 
 TEST_F(GeomProviderTest, FilletsAndChamfersReportOnTheConsoleAndGiveTheShapeBack)
