@@ -4,8 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
+#include <vector>
 
 #include "base/Numeric.h"
+#include "base/Tbb.h"
 #include "geometry/servoce/unify.h"
 #include "materials/AbstractMaterial.h"
 
@@ -13,14 +16,44 @@ namespace {
 
 constexpr double negligible = Numeric::zeroTolerance;
 
-// Polar angle of the centre in degrees, 0 up to 360; an angle that rounds to a full turn is 0.
-double polarAngle(const Piece &piece)
+// Polar angle of a centre in degrees, 0 up to 360; an angle that rounds to a full turn is 0.
+double polarAngle(const servoce::point3 &c)
 {
-    const servoce::point3 c = piece.shape().center();
     double degrees = qRadiansToDegrees(std::atan2(c.y, c.x));
     if (degrees < 0.0)
         degrees += 360.0;
     return qFuzzyCompare(degrees, 360.0) ? 0.0 : degrees;
+}
+
+struct SortKey {
+    double height;
+    double angle;
+};
+
+// The centre of each piece, measured once and on all cores: a centre is a volume
+// integration, far too dear to repeat inside a comparison.
+QVector<SortKey> sortKeys(const PieceList &pieces)
+{
+    QVector<SortKey> keys(pieces.size());
+    tbb::parallel_for(0, int(pieces.size()), [&](int i) {
+        const servoce::point3 c = pieces.at(i).shape().center();
+        keys[i] = {c.z, polarAngle(c)};
+    });
+    return keys;
+}
+
+template <typename Less>
+void sortByKeys(PieceList &pieces, Less less)
+{
+    const QVector<SortKey> keys = sortKeys(pieces);
+    std::vector<int> order(size_t(pieces.size()));
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) { return less(keys.at(a), keys.at(b)); });
+    PieceList sorted;
+    sorted.reserve(pieces.size());
+    for (int i : order)
+        sorted << pieces.at(i);
+    pieces = sorted;
 }
 
 void transformAll(PieceList &pieces, const servoce::transformation &trsf)
@@ -67,17 +100,15 @@ void PieceList::mirrorXY()
 
 void PieceList::sortByAngle()
 {
-    std::stable_sort(begin(), end(), [](const Piece &a, const Piece &b) { return polarAngle(a) < polarAngle(b); });
+    sortByKeys(*this, [](const SortKey &a, const SortKey &b) { return a.angle < b.angle; });
 }
 
 void PieceList::sortByHeightAndAngle()
 {
-    std::stable_sort(begin(), end(), [](const Piece &a, const Piece &b) {
-        const double za = a.shape().center().z;
-        const double zb = b.shape().center().z;
-        if (std::abs(za - zb) > negligible)
-            return za < zb;
-        return polarAngle(a) < polarAngle(b);
+    sortByKeys(*this, [](const SortKey &a, const SortKey &b) {
+        if (std::abs(a.height - b.height) > negligible)
+            return a.height < b.height;
+        return a.angle < b.angle;
     });
 }
 
