@@ -9,7 +9,7 @@
 #include "QmlScripting/ScriptObject.h"
 #include "base/ScriptConsole.h"
 #include "document/Document.h"
-#include "geometry/PieceMeasures.h"
+#include "support/PieceMeasures.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "materials/MagnetMaterial.h"

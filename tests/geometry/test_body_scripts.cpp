@@ -5,7 +5,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-#include "geometry/PieceMeasures.h"
+#include "support/PieceMeasures.h"
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "QmlScripting/ScriptObject.h"
