@@ -29,6 +29,13 @@ enum ApplicabilityFlag {
 };
 Q_ENUM_NS(ApplicabilityFlag)
 
+// The slot counts a design may have; beyond them no body script or winding layout is
+// meant to work, and a file that holds another count is damaged.
+constexpr int fewestSlots = 6;
+constexpr int mostSlots = 501;
+// The pole pairs a design may have, for the same reasons.
+constexpr int mostPolePairs = 250;
+
 // The text of a type in catalogue keys: "SR" and so on, "UnknowType" for anything else.
 QString typeText(Type type);
 

@@ -30,6 +30,13 @@ namespace {
 
 const quint32 magicProtectedFile = 0x7061767A;
 const quint32 magicDocumentFile = 0x61767A66;
+
+// A stored enumerator is taken only within its enumeration: the model indexes its
+// tables by these, and a damaged file must not send it past their ends.
+bool within(qint32 value, int first, int last)
+{
+    return value >= first && value <= last;
+}
 const qint32 fileVersion = 5;
 const int streamVersion = QDataStream::Qt_5_13;
 
@@ -235,6 +242,9 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
     in >> machineType >> boundaryConditionMode >> boundaryCondition >> mode >> data;
     if (in.status() != QDataStream::Ok)
         return streamFailure(path);
+    if (!within(machineType, Machine::SR, Machine::RSRSR) || !within(boundaryConditionMode, Automatic, Manual)
+        || !within(boundaryCondition, UnknownBoundaryCondition, None) || !within(mode, UnknownMode, AnalysisDynamicDQ))
+        return streamFailure(path);
     setMachineType(Machine::Type(machineType));
     m_boundaryConditionMode = BoundaryConditionMode(boundaryConditionMode);
     m_boundaryCondition = BoundaryCondition(boundaryCondition);
@@ -245,10 +255,12 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
     const bool blocksReadable = m_stator->load(in) && m_rotor->load(in) && m_winding->load(in) && m_mesh->load(in)
                              && (version < 4 || m_ratedData->load(in))
                              && (version < 5 || (m_driveSettings->load(in) && m_analysis->load(in)));
-    if (!blocksReadable)
-        return errorVersionMessage();
+    // A block that found damage marks the stream; only a block that refused its
+    // version leaves it good.
     if (in.status() != QDataStream::Ok)
         return streamFailure(path);
+    if (!blocksReadable)
+        return errorVersionMessage();
 
     const BoundaryCondition boundaryConditionRead = m_boundaryCondition;
     const double sizeBound = m_mesh->sizeBound();

@@ -7,7 +7,7 @@ class Document;
 // User lengths keep 5 decimals: a change below that is no change.
 inline double roundLength(double value)
 {
-    return qRound(value * 100000) / 100000.0;
+    return qRound64(value * 100000) / 100000.0;
 }
 
 // After a change of the solids: the document is modified and its geometry must be rebuilt.

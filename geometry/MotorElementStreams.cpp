@@ -1,4 +1,5 @@
 #include <QSignalBlocker>
+#include <cmath>
 
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
@@ -14,11 +15,31 @@ namespace {
 const qint32 elementVersion = 2;
 const qint32 itemVersion = 2;
 
+// Values that would send the model past its tables or into endless work mark the
+// stream damaged; the document then refuses the file as a whole.
+bool refuseDamaged(QDataStream &in)
+{
+    in.setStatus(QDataStream::ReadCorruptData);
+    return true;
+}
+
+// Up to a kilometre: beyond any machine, and far inside what lengths are rounded with.
+bool isDiameter(double value)
+{
+    return std::isfinite(value) && value >= 0.0 && value <= 1e6;
+}
+
+bool isMiddleType(qint32 type)
+{
+    return type == ElementTypes::Yokeless || type == ElementTypes::Yoke;
+}
+
 double readLength(QDataStream &in)
 {
     double value = 0.0;
     in >> value;
-    return roundLength(value);
+    // What is no number stays so, for the check of the block to find.
+    return std::isfinite(value) ? roundLength(value) : value;
 }
 
 template <typename Items>
@@ -87,10 +108,12 @@ bool MotorItem::load(QDataStream &in)
         double unused = 0.0;
         in >> unused;
     }
-    if (in.status() == QDataStream::Ok) {
-        setHeight(height);
-        setAngularDisplacement(angularDisplacement);
-    }
+    if (in.status() != QDataStream::Ok)
+        return true;
+    if (!std::isfinite(height) || !std::isfinite(angularDisplacement))
+        return refuseDamaged(in);
+    setHeight(height);
+    setAngularDisplacement(angularDisplacement);
     return true;
 }
 
@@ -119,6 +142,9 @@ bool Stator::load(QDataStream &in)
         return false;
     if (in.status() != QDataStream::Ok)
         return true;
+    if (numberSlots < Machine::fewestSlots || numberSlots > Machine::mostSlots || !isDiameter(innerDiameter)
+        || !isDiameter(outerDiameter) || !isMiddleType(typeMiddleItem))
+        return refuseDamaged(in);
     setNumberSlots(numberSlots);
     setInnerDiameter(innerDiameter);
     setOuterDiameter(outerDiameter);
@@ -170,6 +196,10 @@ bool Rotor::load(QDataStream &in)
         return false;
     if (in.status() != QDataStream::Ok)
         return true;
+    if (numberPolePairs < 1 || numberPolePairs > Machine::mostPolePairs || !isDiameter(innerDiameter)
+        || !isDiameter(outerDiameter) || !isMiddleType(typeMiddleItem) || poleArrangement < PoleArrangement::Unknown
+        || poleArrangement > PoleArrangement::NNNN)
+        return refuseDamaged(in);
     setNumberPolePairs(numberPolePairs);
     setInnerDiameter(innerDiameter);
     setOuterDiameter(outerDiameter);

@@ -1,10 +1,10 @@
 #include "ui/Controls/NumberSlotSpinBox.h"
 
+#include "base/Machine.h"
+
 namespace {
 
 constexpr int phases = 3;
-constexpr int fewestSlots = 6;
-constexpr int mostSlots = 501;
 
 } // namespace
 
@@ -12,7 +12,7 @@ NumberSlotSpinBox::NumberSlotSpinBox(QWidget *parent)
     : CountSpinBox(parent)
 {
     setSingleStep(phases);
-    setRange(fewestSlots, mostSlots);
+    setRange(Machine::fewestSlots, Machine::mostSlots);
 }
 
 int NumberSlotSpinBox::legalCount(int count) const
