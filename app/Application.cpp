@@ -6,11 +6,11 @@
 #include <QFileInfo>
 
 #include "app/ExchangeFile.h"
-#include "app/MessageBox.h"
 #include "app/SafeMain.h"
 #include "app/SolverStep.h"
 #include "base/UserMessage.h"
 #include "document/Document.h"
+#include "ui/MessageBox.h"
 
 namespace {
 
@@ -170,16 +170,4 @@ void Application::runAssembleZVA(const QString &exchangeFile)
 void Application::runMStimestepping(const QString &exchangeFile)
 {
     runSolverStep(SolverStep::MStimestepping, exchangeFile, m_parser.remoteConsoleName());
-}
-
-QString zvaSuffix()
-{
-    static const QString suffix = QStringLiteral("zva");
-    return suffix;
-}
-
-QString zvapSuffix()
-{
-    static const QString suffix = QStringLiteral("zvap");
-    return suffix;
 }
