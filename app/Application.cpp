@@ -58,7 +58,7 @@ Application::~Application() = default;
 QString Application::documentArgument() const
 {
     const QStringList positional = m_parser.positionalArguments();
-    return positional.isEmpty() ? QString() : resolveShellLink(positional.first());
+    return positional.isEmpty() ? QString() : resolveShellLink(m_parser.callerPath(positional.first()));
 }
 
 bool Application::loadDocument(Document &document, const QString &path)
