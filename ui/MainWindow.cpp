@@ -33,6 +33,13 @@
 #include "ui/FileDialog.h"
 #include "ui/MessageBox.h"
 
+// The window's icons live in the static library, whose resources are only linked
+// in when asked for; Q_INIT_RESOURCE may not stand inside a namespace.
+static void initUiResources()
+{
+    Q_INIT_RESOURCE(ui);
+}
+
 namespace {
 
 const int statusTimeout = 2000;
@@ -74,6 +81,7 @@ MainWindow::MainWindow(const QStringList &filesToOpen, QWidget *parent)
     : QMainWindow(parent)
     , m_filesToOpen(filesToOpen)
 {
+    initUiResources();
     setObjectName(QStringLiteral("MainWindowClass"));
     setWindowIcon(QIcon(QStringLiteral(":/StudioLogo.ico")));
     setAttribute(Qt::WA_AlwaysShowToolTips);
