@@ -13,6 +13,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolBox>
 #include <QUndoStack>
 #include <gtest/gtest.h>
 
@@ -392,4 +393,47 @@ TEST_F(MainWindowTest, TheUndoDropDownUndoesUpToThePressedCommand)
     ASSERT_EQ(undoMenu->listWidget()->count(), 1);
     emit redoMenu->listWidget()->itemPressed(redoMenu->listWidget()->item(1));
     EXPECT_EQ(stack->index(), 3);
+}
+
+TEST_F(MainWindowTest, TheToolBoxAndTheModeFollowEachOther)
+{
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    auto *toolBox = opened->findChild<QToolBox *>("toolBoxEditors");
+    ASSERT_NE(toolBox, nullptr);
+    ASSERT_EQ(toolBox->count(), 3) << "the analysis page is for debug mode only";
+
+    toolBox->setCurrentIndex(1);
+    EXPECT_EQ(opened->document()->mode(), Document::Winding);
+    EXPECT_TRUE(window->findChild<QMenu *>("menuWindings")->isEnabled());
+
+    opened->document()->setMode(Document::GeometryStator);
+    EXPECT_EQ(toolBox->currentIndex(), 0);
+    EXPECT_EQ(toolBox->itemText(0), "Geometry Editor (Stator)");
+
+    // The mesh page stands for both mesh modes.
+    opened->document()->setMode(Document::Mesh3D);
+    toolBox->setCurrentIndex(0);
+    toolBox->setCurrentIndex(2);
+    EXPECT_EQ(opened->document()->mode(), Document::Mesh2D);
+    opened->document()->setMode(Document::Mesh3D);
+    EXPECT_EQ(toolBox->currentIndex(), 2);
+    EXPECT_EQ(toolBox->itemText(0), "Geometry Editor");
+}
+
+TEST_F(MainWindowTest, ClosingAfterOnlyTurningThePageStoresItWithoutAsking)
+{
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    opened->findChild<QToolBox *>("toolBoxEditors")->setCurrentIndex(1);
+    EXPECT_FALSE(opened->document()->isModified());
+    // An answer that would keep the window, if a question came.
+    MessageBox::answerNextBoxes({QMessageBox::Cancel});
+    trigger("actionClose");
+    EXPECT_TRUE(window->mdiArea()->subWindowList().isEmpty());
+
+    Document reloaded;
+    reloaded.start();
+    ASSERT_TRUE(reloaded.load(design));
+    EXPECT_EQ(reloaded.mode(), Document::Winding);
 }
