@@ -437,3 +437,17 @@ TEST_F(MainWindowTest, ClosingAfterOnlyTurningThePageStoresItWithoutAsking)
     ASSERT_TRUE(reloaded.load(design));
     EXPECT_EQ(reloaded.mode(), Document::Winding);
 }
+
+TEST_F(MainWindowTest, ARestartOnAnotherScaleKeepsTheWindowsProportion)
+{
+    window->resize(600, 400);
+    ASSERT_TRUE(window->close());
+    window = std::make_unique<MainWindow>();
+    EXPECT_EQ(window->size(), QSize(600, 400));
+    ASSERT_TRUE(window->close());
+
+    // Stored on a screen of twice the scale: the same look takes half the pixels here.
+    QSettings().setValue("Settings/MainWindowScale", 2 * QSettings().value("Settings/MainWindowScale").toDouble());
+    window = std::make_unique<MainWindow>();
+    EXPECT_EQ(window->size(), QSize(300, 200));
+}
