@@ -18,6 +18,7 @@
 #include <QToolBox>
 #include <QVBoxLayout>
 
+#include "analysis/MagnetostaticAnalysis.h"
 #include "document/CommandSetPropertyObject.h"
 #include "document/UndoStack.h"
 #include "geometry/Rotor.h"
@@ -76,6 +77,9 @@ DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
     connect(m_document->undoStack(), &QUndoStack::canUndoChanged, this, &DocumentWindow::aboutToUpdateUI);
     connect(m_document->undoStack(), &QUndoStack::canRedoChanged, this, &DocumentWindow::aboutToUpdateUI);
     connect(m_document, &Document::documentLoaded, this, &DocumentWindow::documentReady);
+    connect(m_document->analysis(), &MagnetostaticAnalysis::dataSimulationChanged, this,
+            &DocumentWindow::aboutToUpdateUI);
+    connect(m_document->analysis(), &MagnetostaticAnalysis::resultsChanged, this, &DocumentWindow::aboutToUpdateUI);
 
     if (mode != Document::UnknownMode)
         m_document->setMode(mode);

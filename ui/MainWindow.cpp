@@ -10,10 +10,13 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
@@ -26,6 +29,7 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "analysis/MagnetostaticAnalysis.h"
 #include "document/UndoStack.h"
 #include "meshing/Mesh.h"
 #include "ui/CommandStackView.h"
@@ -309,11 +313,46 @@ void MainWindow::createToolBar()
             button->setPopupMode(QToolButton::MenuButtonPopup);
     }
     toolBar->addSeparator();
+    toolBar->addAction(m_actionHelp);
+
+    auto *unlockWidget = new QWidget(toolBar);
+    unlockWidget->setObjectName(QStringLiteral("UnlockEditWidget"));
+    unlockWidget->setAttribute(Qt::WA_StyledBackground);
+    unlockWidget->setStyleSheet(QStringLiteral("#UnlockEditWidget { background-color: rgb(255, 252, 207); "
+                                               "border: 1px solid rgb(197, 197, 197); border-radius: 3px; }"));
+    auto *unlockLayout = new QHBoxLayout(unlockWidget);
+    auto *unlockLabel = new QLabel(tr("Editing is disabled because file may contain analysis data! "
+                                      "Use the “Unlock” button to enable editing"),
+                                   unlockWidget);
+    unlockLabel->setWordWrap(true);
+    unlockLabel->setIndent(5);
+    auto *unlockButton = new QPushButton(QIcon(QStringLiteral(":/lock_open.png")), tr("Unlock"), unlockWidget);
+    unlockButton->setObjectName(QStringLiteral("buttonUnlock"));
+    unlockLayout->addWidget(unlockLabel);
+    unlockLayout->addWidget(unlockButton);
+    connect(unlockButton, &QPushButton::clicked, this, &MainWindow::unlockSimulationFile);
+    m_unlockEditAction = toolBar->insertWidget(m_actionHelp, unlockWidget);
+
     auto *spacer = new QWidget(toolBar);
     spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
-    toolBar->addWidget(spacer);
-    toolBar->addSeparator();
-    toolBar->addAction(m_actionHelp);
+    m_spacerAction = toolBar->insertWidget(m_actionHelp, spacer);
+    toolBar->insertSeparator(m_actionHelp);
+}
+
+void MainWindow::unlockSimulationFile()
+{
+    DocumentWindow *window = currentDocumentWindow();
+    if (!window)
+        return;
+    const auto answer = MessageBox::question(
+        this, tr("Unlock simulation file"),
+        tr("<b>Are you sure you want to unlock this file for editing?<br>"
+           "All analysis data and simulation settings will be deleted!</b>"));
+    if (answer != QMessageBox::Yes)
+        return;
+    // Clearing the data also empties the analysis's results.
+    window->document()->clearSimulationData();
+    updateWindowTitle();
 }
 
 void MainWindow::parseCmdLine()
@@ -609,7 +648,9 @@ void MainWindow::updateUI()
     Document *document = window ? window->document() : nullptr;
     const bool readonly = document && document->isReadonly();
     const bool protectedFile = document && document->isProtectedFile();
-    const bool editable = document && !readonly && !protectedFile;
+    const MagnetostaticAnalysis *analysis = document ? document->analysis() : nullptr;
+    const bool busy = analysis && analysis->isRunning();
+    const bool editable = document && !readonly && !protectedFile && !busy;
     const Document::Mode mode = document ? document->mode() : Document::UnknownMode;
 
     const bool openable = !readonly;
@@ -618,10 +659,10 @@ void MainWindow::updateUI()
     m_actionRecentFiles->setVisible(openable);
     m_actionSave->setEnabled(editable);
     m_actionSaveAs->setEnabled(editable);
-    m_actionExportToJSON->setEnabled(document && !protectedFile);
+    m_actionExportToJSON->setEnabled(document && !protectedFile && !busy);
 
-    const bool canUndo = window && window->canUndo();
-    const bool canRedo = window && window->canRedo();
+    const bool canUndo = window && window->canUndo() && !busy;
+    const bool canRedo = window && window->canRedo() && !busy;
     m_actionUndo->setEnabled(canUndo);
     m_actionUndo2->setEnabled(canUndo);
     m_actionRedo->setEnabled(canRedo);
@@ -636,7 +677,12 @@ void MainWindow::updateUI()
         m_actionRedo2->setToolTip(stack->redoText());
     }
 
-    m_actionClose->setEnabled(document != nullptr);
+    m_unlockEditAction->setVisible(document && !readonly && !protectedFile
+                                   && (document->isLockedBySimulationData() || !analysis->dataSimulation().isEmpty()));
+    m_unlockEditAction->setEnabled(analysis && !analysis->isRunning());
+    m_spacerAction->setVisible(!m_unlockEditAction->isVisible());
+
+    m_actionClose->setEnabled(document && !busy);
     m_actionCloseAll->setEnabled(document != nullptr);
 
     const QMimeData *clipboard = QApplication::clipboard()->mimeData();

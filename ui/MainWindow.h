@@ -58,6 +58,7 @@ private slots:
     void exportToJSON();
     void updateRecentFileActions();
     void openRecentFile();
+    void unlockSimulationFile();
     void undo();
     void redo();
     void actionCopyStatorProperties();
@@ -126,6 +127,9 @@ private:
     QAction *m_actionToggleDebugMode = nullptr;
     QAction *m_actionUndo2 = nullptr;
     QAction *m_actionRedo2 = nullptr;
+
+    QAction *m_unlockEditAction = nullptr;
+    QAction *m_spacerAction = nullptr;
 
     QMenu *m_menuStator = nullptr;
     QMenu *m_menuRotor = nullptr;

@@ -9,10 +9,12 @@
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMimeData>
+#include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolBar>
 #include <QToolBox>
 #include <QUndoStack>
 #include <gtest/gtest.h>
@@ -450,4 +452,46 @@ TEST_F(MainWindowTest, ARestartOnAnotherScaleKeepsTheWindowsProportion)
     QSettings().setValue("Settings/MainWindowScale", 2 * QSettings().value("Settings/MainWindowScale").toDouble());
     window = std::make_unique<MainWindow>();
     EXPECT_EQ(window->size(), QSize(300, 200));
+}
+
+TEST_F(MainWindowTest, SimulationDataLocksTheHistoryUntilUnlocked)
+{
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    changeDesign(opened);
+    auto *banner = window->findChild<QWidget *>("UnlockEditWidget");
+    ASSERT_NE(banner, nullptr);
+    // The tool bar may fold the banner into its overflow; what counts is its action.
+    auto *toolBar = window->findChild<QToolBar *>("mainToolBar");
+    QAction *bannerAction = nullptr;
+    for (QAction *entry : toolBar->actions()) {
+        if (toolBar->widgetForAction(entry) == banner)
+            bannerAction = entry;
+    }
+    ASSERT_NE(bannerAction, nullptr);
+    EXPECT_FALSE(bannerAction->isVisible());
+
+    const QString results = folder.filePath("results.mat");
+    {
+        QFile file(results);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("MATLAB 5.0 results");
+    }
+    ASSERT_TRUE(opened->document()->loadDataSimulationFromFile(results));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(bannerAction->isVisible());
+    EXPECT_FALSE(action("actionUndo")->isEnabled()) << "results belong to the design as it is";
+
+    auto *unlock = banner->findChild<QPushButton *>("buttonUnlock");
+    MessageBox::answerNextBoxes({QMessageBox::No});
+    QTest::mouseClick(unlock, Qt::LeftButton);
+    EXPECT_TRUE(opened->document()->isLockedBySimulationData());
+
+    MessageBox::answerNextBoxes({QMessageBox::Yes});
+    QTest::mouseClick(unlock, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(opened->document()->isLockedBySimulationData());
+    EXPECT_FALSE(bannerAction->isVisible());
+    EXPECT_TRUE(action("actionUndo")->isEnabled());
+    EXPECT_FALSE(window->windowTitle().contains("[with simulation data]"));
 }
