@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
@@ -494,4 +495,33 @@ TEST_F(MainWindowTest, SimulationDataLocksTheHistoryUntilUnlocked)
     EXPECT_FALSE(bannerAction->isVisible());
     EXPECT_TRUE(action("actionUndo")->isEnabled());
     EXPECT_FALSE(window->windowTitle().contains("[with simulation data]"));
+}
+
+TEST_F(MainWindowTest, SavingUnderTheProtectedSuffixWritesAProtectedFileAndWorksOnWithThePlainName)
+{
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    FileDialog::answerNextDialogs({folder.filePath("shared.zvap")});
+    trigger("actionSaveAs");
+    EXPECT_EQ(readAll(folder.filePath("shared.zvap")).left(4), QByteArray("\x70\x61\x76\x7A", 4));
+    EXPECT_FALSE(opened->document()->isProtectedFile()) << "the window goes on with the design";
+    EXPECT_EQ(QFileInfo(opened->document()->filePath()).fileName(), "shared.zva");
+}
+
+TEST_F(MainWindowTest, ExportToJsonForcesItsSuffixAndRemembersTheFolder)
+{
+    ASSERT_NE(openByDialog(design), nullptr);
+    EXPECT_TRUE(action("actionExportToJSON")->isEnabled());
+    FileDialog::answerNextDialogs({folder.filePath("export")});
+    trigger("actionExportToJSON");
+    EXPECT_TRUE(readAll(folder.filePath("export.json")).contains("Zolvane"));
+    EXPECT_EQ(QSettings().value("Settings/PathExportJSON").toString(), folder.path());
+    EXPECT_EQ(window->statusBar()->currentMessage(), "File exported to JSON");
+
+    // Below a file no folder can be made.
+    window->statusBar()->clearMessage();
+    FileDialog::answerNextDialogs({design + "/export.json"});
+    trigger("actionExportToJSON");
+    EXPECT_TRUE(window->statusBar()->currentMessage().isEmpty());
+    EXPECT_FALSE(QFileInfo::exists(design + "/export.json"));
 }
