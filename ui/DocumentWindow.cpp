@@ -64,6 +64,8 @@ DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setAcceptDrops(true);
     m_document = new Document(this);
+    // Here somebody can read why a file didn't open.
+    m_document->setShowMessageBoxes(true);
     createForm();
 
     connect(m_document, &Document::modeChanged, this, &DocumentWindow::documentModeChanged);
@@ -97,11 +99,11 @@ void DocumentWindow::createForm()
     m_toolBoxEditors->setObjectName(QStringLiteral("toolBoxEditors"));
     m_splitterVertical = new QSplitter(Qt::Vertical, m_splitterHorizontal);
     m_splitterVertical->setObjectName(QStringLiteral("splitterVertical"));
-    m_frameViewer = new QFrame(m_splitterVertical);
-    m_frameViewer->setObjectName(QStringLiteral("frameViewer"));
-    m_frameViewer->setFrameShape(QFrame::NoFrame);
-    m_widgetConsole = new QWidget(m_splitterVertical);
-    m_widgetConsole->setObjectName(QStringLiteral("widgetConsole"));
+    auto *frameViewer = new QFrame(m_splitterVertical);
+    frameViewer->setObjectName(QStringLiteral("frameViewer"));
+    frameViewer->setFrameShape(QFrame::NoFrame);
+    auto *widgetConsole = new QWidget(m_splitterVertical);
+    widgetConsole->setObjectName(QStringLiteral("widgetConsole"));
     layout->addWidget(m_splitterHorizontal);
 
     addEditorPage("editorGeometry", tr("Geometry Editor"), QStringLiteral(":/geometry.png"), Document::GeometryMotor);

@@ -6,7 +6,6 @@
 
 class QSplitter;
 class QToolBox;
-class QFrame;
 
 // The face of one document, which it owns: the tool box of editors on the left,
 // the page of the current mode and the console on the right. It carries out what
@@ -65,7 +64,5 @@ private:
     QSplitter *m_splitterHorizontal = nullptr;
     QSplitter *m_splitterVertical = nullptr;
     QToolBox *m_toolBoxEditors = nullptr;
-    QFrame *m_frameViewer = nullptr;
-    QWidget *m_widgetConsole = nullptr;
     QList<Document::Mode> m_pageModes;
 };

@@ -20,6 +20,7 @@
 #include <QUndoStack>
 #include <gtest/gtest.h>
 
+#include "base/UserMessage.h"
 #include "document/UndoStack.h"
 #include "meshing/Mesh.h"
 #include "ui/CommandStackView.h"
@@ -139,7 +140,11 @@ TEST_F(MainWindowTest, AFailedLoadClosesItsWindowAndKeepsTheOthers)
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("not a design");
     }
+    QString shown;
+    UserMessage::setCriticalPresenter([&shown](const QString &text) { shown = text; });
     EXPECT_FALSE(window->openFile(broken, false, Document::UnknownMode));
+    UserMessage::setCriticalPresenter({});
+    EXPECT_TRUE(shown.contains("broken.zva")) << "the user reads why";
     QCoreApplication::processEvents();
     EXPECT_EQ(window->mdiArea()->subWindowList().size(), 1);
     EXPECT_EQ(MainWindow::recentFiles(), QStringList{design});
