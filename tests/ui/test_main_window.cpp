@@ -1,6 +1,8 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -18,6 +20,7 @@
 #include <QToolBar>
 #include <QToolBox>
 #include <QUndoStack>
+#include <QUrl>
 #include <gtest/gtest.h>
 
 #include "base/UserMessage.h"
@@ -529,4 +532,35 @@ TEST_F(MainWindowTest, ExportToJsonForcesItsSuffixAndRemembersTheFolder)
     trigger("actionExportToJSON");
     EXPECT_TRUE(window->statusBar()->currentMessage().isEmpty());
     EXPECT_FALSE(QFileInfo::exists(design + "/export.json"));
+}
+
+TEST_F(MainWindowTest, DroppedDesignsOpenAndOtherFilesAreIgnored)
+{
+    const QString text = folder.filePath("notes.txt");
+    QFile(text).open(QIODevice::WriteOnly);
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(text)});
+    QDragEnterEvent refused(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &refused);
+    EXPECT_FALSE(refused.isAccepted());
+
+    data.setUrls({QUrl::fromLocalFile(text), QUrl::fromLocalFile(design)});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(window.get(), &drop);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(window->documentWindows().size(), 1);
+    EXPECT_EQ(QFileInfo(window->documentWindows().first()->document()->filePath()).fileName(), "design.zva");
+}
+
+TEST_F(MainWindowTest, AReadOnlyDocumentIsOnlyViewed)
+{
+    ASSERT_TRUE(window->openFile(design, true, Document::UnknownMode));
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window->windowTitle().startsWith("design[view only]")) << window->windowTitle().toStdString();
+    EXPECT_FALSE(action("actionSave")->isEnabled());
+    EXPECT_FALSE(action("actionNew")->isVisible());
+    EXPECT_FALSE(action("actionOpen")->isVisible());
 }
