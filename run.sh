@@ -5,7 +5,6 @@ set -euo pipefail
 ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)"
 "$ROOT/scripts/install-deps.sh"
 "$ROOT/scripts/build.sh"
-cd "$ROOT/build"
 if [ $# -eq 0 ]; then
   example="$(ls "$ROOT"/examples/*.zva 2>/dev/null | head -n 1 || true)"
   if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
@@ -16,4 +15,5 @@ if [ $# -eq 0 ]; then
   fi
   set -- ${example:+"$example"}
 fi
-exec ./zolvane-ds "$@"
+# Started from the caller's folder, so that relative paths mean what the caller meant.
+exec "$ROOT/build/zolvane-ds" "$@"

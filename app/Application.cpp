@@ -6,11 +6,11 @@
 #include <QFileInfo>
 
 #include "app/ExchangeFile.h"
-#include "app/MessageBox.h"
 #include "app/SafeMain.h"
 #include "app/SolverStep.h"
 #include "base/UserMessage.h"
 #include "document/Document.h"
+#include "ui/MessageBox.h"
 
 namespace {
 
@@ -58,7 +58,7 @@ Application::~Application() = default;
 QString Application::documentArgument() const
 {
     const QStringList positional = m_parser.positionalArguments();
-    return positional.isEmpty() ? QString() : resolveShellLink(positional.first());
+    return positional.isEmpty() ? QString() : resolveShellLink(m_parser.callerPath(positional.first()));
 }
 
 bool Application::loadDocument(Document &document, const QString &path)
@@ -170,16 +170,4 @@ void Application::runAssembleZVA(const QString &exchangeFile)
 void Application::runMStimestepping(const QString &exchangeFile)
 {
     runSolverStep(SolverStep::MStimestepping, exchangeFile, m_parser.remoteConsoleName());
-}
-
-QString zvaSuffix()
-{
-    static const QString suffix = QStringLiteral("zva");
-    return suffix;
-}
-
-QString zvapSuffix()
-{
-    static const QString suffix = QStringLiteral("zvap");
-    return suffix;
 }

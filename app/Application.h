@@ -28,14 +28,13 @@ public:
     void runAssembleZVA(const QString &exchangeFile);
     void runMStimestepping(const QString &exchangeFile);
 
+    // The document named on the command line, with shell links resolved; empty if none.
+    QString documentArgument() const;
+
 private:
     int runWrite();
     int runDocumentOperation();
     bool loadDocument(Document &document, const QString &path);
-    QString documentArgument() const;
 
     CommandLineParcer m_parser;
 };
-
-QString zvaSuffix();
-QString zvapSuffix();

@@ -2,8 +2,9 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDir>
 
-#include "app/MessageBox.h"
+#include "ui/MessageBox.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ const QString operationRunMStimestepping = QStringLiteral("runMStimestepping");
 } // namespace
 
 CommandLineParcer::CommandLineParcer()
-    : m_optionHelp(QStringLiteral("help"))
+    : m_callerDirectory(QDir::currentPath())
+    , m_optionHelp(QStringLiteral("help"))
     , m_optionOperation(QStringLiteral("operation"), QStringLiteral("Set operation"), QStringLiteral("operation"))
     , m_optionExchangeFile(QStringLiteral("exchange-file"), QStringLiteral("Exchange file data"),
                            QStringLiteral("exchange-file"))
@@ -58,6 +60,11 @@ const QStringList &CommandLineParcer::operations()
                                    operationWrite,    operationGetProps,       operationRunMStimestepping,
                                    operationRunAssembleZVA, operationSaveZVA};
     return names;
+}
+
+QString CommandLineParcer::callerPath(const QString &path) const
+{
+    return path.isEmpty() ? path : QDir::cleanPath(QDir(m_callerDirectory).absoluteFilePath(path));
 }
 
 bool CommandLineParcer::isExecute() const { return operation() == operationExecute; }

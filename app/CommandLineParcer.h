@@ -10,12 +10,13 @@ public:
     CommandLineParcer();
 
     QString operation() const { return value(m_optionOperation); }
-    QString exchangeFile() const { return value(m_optionExchangeFile); }
+    // Paths of the command line are those of the caller's working directory.
+    QString exchangeFile() const { return callerPath(value(m_optionExchangeFile)); }
     QString caption() const { return value(m_optionCaption); }
     QString page() const { return value(m_optionPage); }
     bool isEditEnabled() const { return isSet(m_optionEnableEdit); }
-    QString jsonFile() const { return value(m_optionExportToJson); }
-    QString fileSaveTo() const { return value(m_optionFileSaveTo); }
+    QString jsonFile() const { return callerPath(value(m_optionExportToJson)); }
+    QString fileSaveTo() const { return callerPath(value(m_optionFileSaveTo)); }
     QString remoteConsoleName() const { return value(m_optionRemoteConsoleName); }
     bool isHelpSet() const { return isSet(m_optionHelp); }
     // True when any option was given; positional arguments don't count.
@@ -32,12 +33,17 @@ public:
 
     static const QStringList &operations();
 
+    // A path as the caller meant it: relative to the working directory at start;
+    // the program moves to its own folder later. Empty stays empty.
+    QString callerPath(const QString &path) const;
+
     // Whether the options make sense for a headless operation; says why not.
     bool checkOptions() const;
 
 private:
     void addChecked(const QCommandLineOption &option, const char *memberName);
 
+    QString m_callerDirectory;
     QCommandLineOption m_optionHelp;
     QCommandLineOption m_optionOperation;
     QCommandLineOption m_optionExchangeFile;

@@ -10,9 +10,11 @@
 #include "app/Application.h"
 #include "app/FileAssociation.h"
 #include "app/Logging.h"
-#include "app/MessageBox.h"
 #include "app/QDebugStream.h"
+#include "document/Document.h"
 #include "geometry/servoce/step.h"
+#include "ui/MainWindow.h"
+#include "ui/MessageBox.h"
 
 // nglib declares its interface bare; the library defines it in this namespace.
 namespace nglib {
@@ -30,12 +32,16 @@ bool isInteractive(const CommandLineParcer &parser)
     return parser.isExecute() && parser.page().toLower() != QLatin1String("hidden");
 }
 
-int runInteractive()
+int runInteractive(const Application &application)
 {
     const QString program = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
     registerFileType(program, QCoreApplication::applicationName(), zvaSuffix(), 0);
     registerFileType(program, QCoreApplication::applicationName(), zvapSuffix(), 1);
-    qCritical() << "Error: the design window is not part of this build yet";
+    const QString document = application.documentArgument();
+    MainWindow window(document.isEmpty() ? QStringList() : QStringList{document});
+    window.show();
+    // The exit code of an interactive session is always 0.
+    QApplication::exec();
     return 0;
 }
 
@@ -68,7 +74,7 @@ int safeMain(int argc, char *argv[])
         MessageBox::information(nullptr, QCoreApplication::applicationName(), parser.helpText(), QMessageBox::Ok);
     } else {
         nglib::Ng_Init();
-        result = isInteractive(parser) ? runInteractive() : application->runHeadless();
+        result = isInteractive(parser) ? runInteractive(*application) : application->runHeadless();
         nglib::Ng_Exit();
         qInfo() << " *** Application finished, result:" << result << "***\n";
     }

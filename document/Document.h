@@ -296,3 +296,7 @@ private:
 };
 
 Q_DECLARE_METATYPE(Document *)
+
+// The suffixes of document files: the plain design and the protected form.
+QString zvaSuffix();
+QString zvapSuffix();

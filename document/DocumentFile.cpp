@@ -148,7 +148,7 @@ bool Document::save(const QString &path, const QImage *picture)
     QDataStream out(&file);
     out.setVersion(streamVersion);
 
-    const bool protectedForm = m_protectedFile || QFileInfo(path).suffix().toLower() == QLatin1String("zvap");
+    const bool protectedForm = m_protectedFile || QFileInfo(path).suffix().toLower() == zvapSuffix();
     if (protectedForm) {
         const QImage preview = m_protectedFile ? m_previewImage : (picture ? *picture : QImage());
         out << magicProtectedFile << fileVersion << qCompress(m_dataMA, -1) << preview;
@@ -371,4 +371,16 @@ bool Document::exportToJson(const QString &path)
     const QJsonObject json{{QStringLiteral("fileType"), QStringLiteral("Zolvane")}};
     file.write(QJsonDocument(json).toJson(QJsonDocument::Indented));
     return file.commit();
+}
+
+QString zvaSuffix()
+{
+    static const QString suffix = QStringLiteral("zva");
+    return suffix;
+}
+
+QString zvapSuffix()
+{
+    static const QString suffix = QStringLiteral("zvap");
+    return suffix;
 }

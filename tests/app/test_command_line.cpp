@@ -180,3 +180,30 @@ TEST(CommandLine, SolverStepReportsToTheParentsConsole)
     EXPECT_TRUE(log.contains(" *** Application finished, result: 0 ***")) << log.toStdString();
     EXPECT_TRUE(log.contains("load"));
 }
+
+// The program moves to its own folder at start; the paths it was given must still
+// mean the caller's folder.
+TEST(CommandLine, RelativePathsAreThoseOfTheCallersFolder)
+{
+    QTemporaryDir dir;
+    ASSERT_TRUE(QFile::copy(example, dir.filePath("design.zva")));
+    ASSERT_TRUE(QDir(dir.path()).mkdir("sub"));
+
+    ProgramRun read;
+    read.workingDirectory = dir.filePath("sub");
+    ASSERT_TRUE(read.start({"--operation=read", "--exchange-file=out.mat", "../design.zva"}));
+    EXPECT_EQ(read.exitCode, 0) << read.logText().toStdString();
+    EXPECT_TRUE(readAll(dir.filePath("sub/out.mat")).startsWith("MATLAB 5.0 MAT-file"));
+
+    ProgramRun json;
+    json.workingDirectory = dir.path();
+    ASSERT_TRUE(json.start({"--export-json=exports/out.json", "design.zva"}));
+    EXPECT_EQ(json.exitCode, 0) << json.logText().toStdString();
+    EXPECT_TRUE(readAll(dir.filePath("exports/out.json")).contains("Zolvane"));
+
+    ProgramRun missing;
+    missing.workingDirectory = dir.path();
+    ASSERT_TRUE(missing.start({"--operation=read", "--exchange-file=out.mat", "absent.zva"}));
+    EXPECT_EQ(missing.exitCode, 255);
+    EXPECT_TRUE(missing.logText().contains(QStringLiteral("File %1 does not exist").arg(dir.filePath("absent.zva"))));
+}

@@ -10,9 +10,9 @@
 #include "app/CrashHandler.h"
 #include "app/FileAssociation.h"
 #include "app/Logging.h"
-#include "app/MessageBox.h"
 #include "app/ParentProcess.h"
 #include "support/ProgramRun.h"
+#include "ui/MessageBox.h"
 
 
 TEST(HeadlessStart, OperationNamesTheLogAndClosesIt)

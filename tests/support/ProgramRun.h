@@ -11,6 +11,8 @@ struct ProgramRun
     QTemporaryDir home;
     int exitCode = -1;
     QString program = QStringLiteral(ZDS_EXECUTABLE);
+    // Where the program is started from; the test's own folder if empty.
+    QString workingDirectory;
 
     QProcessEnvironment environment() const
     {
@@ -26,6 +28,7 @@ struct ProgramRun
     {
         QProcess process;
         process.setProcessEnvironment(environment());
+        process.setWorkingDirectory(workingDirectory);
         process.start(program, arguments);
         if (!process.waitForFinished(60000))
             return false;

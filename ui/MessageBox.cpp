@@ -1,4 +1,4 @@
-#include "app/MessageBox.h"
+#include "ui/MessageBox.h"
 
 #include <QDebug>
 #include <QGuiApplication>
@@ -6,6 +6,12 @@
 namespace MessageBox {
 
 namespace {
+
+QList<QMessageBox::StandardButton> &headlessAnswers()
+{
+    static QList<QMessageBox::StandardButton> answers;
+    return answers;
+}
 
 // The button a user who just presses Enter would get.
 QMessageBox::StandardButton defaultOf(QMessageBox::StandardButtons buttons,
@@ -46,11 +52,18 @@ bool isHeadless()
     return QGuiApplication::platformName() == QLatin1String("offscreen");
 }
 
+void answerNextBoxes(const QList<QMessageBox::StandardButton> &answers)
+{
+    headlessAnswers() = answers;
+}
+
 QMessageBox::StandardButton show(QMessageBox::Icon kind, QWidget *parent, const QString &title, const QString &text,
                                  QMessageBox::StandardButtons buttons, QMessageBox::StandardButton defaultButton)
 {
     if (isHeadless()) {
         logBox(kind, text);
+        if (!headlessAnswers().isEmpty())
+            return headlessAnswers().takeFirst();
         return defaultOf(buttons, defaultButton);
     }
     QMessageBox box(kind, title, text, buttons, parent);

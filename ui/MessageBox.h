@@ -27,4 +27,8 @@ QMessageBox::StandardButton question(QWidget *parent, const QString &title, cons
 // True when boxes can't be shown to anybody.
 bool isHeadless();
 
+// Answers for the next boxes of a headless run, in order, instead of their defaults:
+// so that tests can take every branch of a question.
+void answerNextBoxes(const QList<QMessageBox::StandardButton> &answers);
+
 } // namespace MessageBox

@@ -1,0 +1,437 @@
+#include "ui/DocumentWindow.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QFrame>
+#include <QGridLayout>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMimeData>
+#include <QSettings>
+#include <QSplitter>
+#include <QToolBox>
+#include <QVBoxLayout>
+
+#include "analysis/MagnetostaticAnalysis.h"
+#include "document/CommandSetPropertyObject.h"
+#include "document/UndoStack.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "meshing/Mesh.h"
+#include "ui/FileDialog.h"
+#include "ui/MainWindow.h"
+#include "ui/MessageBox.h"
+#include "winding/WindingObject.h"
+
+namespace {
+
+const QString keyHorizontalSplitter = QStringLiteral("Settings/HorizontalSplitterState");
+const QString keyVerticalSplitter = QStringLiteral("Settings/VerticalSplitterState");
+const QString keyPathProject = QStringLiteral("Settings/PathProject");
+
+// New documents are numbered across all windows of the process.
+int nextNewDocumentNumber()
+{
+    static int counter = 0;
+    return ++counter;
+}
+
+bool isAnalysisShown()
+{
+    const MainWindow *main = MainWindow::instance();
+    return (main && main->isDebugMode()) || qEnvironmentVariable("USERNAME") == QLatin1String("quorlan");
+}
+
+// The root of the parent installation, where the program proposes its files.
+QString rootPath()
+{
+    return QSettings(QCoreApplication::organizationName(), QStringLiteral("Zolvane"))
+        .value(QStringLiteral("RootPath"))
+        .toString();
+}
+
+} // namespace
+
+DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
+    : QWidget(parent)
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAcceptDrops(true);
+    m_document = new Document(this);
+    // Here somebody can read why a file didn't open.
+    m_document->setShowMessageBoxes(true);
+    createForm();
+
+    connect(m_document, &Document::modeChanged, this, &DocumentWindow::documentModeChanged);
+    connect(m_document, &Document::modifiedChanged, this, &DocumentWindow::documentWasModified);
+    connect(m_document->mesh(), &Mesh::meshModifiedChanged, this, &DocumentWindow::aboutToUpdateTitle);
+    for (auto signal : {&Document::dataSimulationChanged, &Document::createMotorGeometryStarted,
+                        &Document::createMotorGeometryFinished})
+        connect(m_document, signal, this, &DocumentWindow::aboutToUpdateUI);
+    connect(m_document, &Document::readonlyChanged, this, &DocumentWindow::aboutToUpdateUI);
+    connect(m_document, &Document::slaveChanged, this, &DocumentWindow::aboutToUpdateUI);
+    connect(m_document->undoStack(), &QUndoStack::canUndoChanged, this, &DocumentWindow::aboutToUpdateUI);
+    connect(m_document->undoStack(), &QUndoStack::canRedoChanged, this, &DocumentWindow::aboutToUpdateUI);
+    connect(m_document, &Document::documentLoaded, this, &DocumentWindow::documentReady);
+    connect(m_document->analysis(), &MagnetostaticAnalysis::dataSimulationChanged, this,
+            &DocumentWindow::aboutToUpdateUI);
+    connect(m_document->analysis(), &MagnetostaticAnalysis::resultsChanged, this, &DocumentWindow::aboutToUpdateUI);
+
+    if (mode != Document::UnknownMode)
+        m_document->setMode(mode);
+}
+
+DocumentWindow::~DocumentWindow() = default;
+
+void DocumentWindow::createForm()
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_splitterHorizontal = new QSplitter(Qt::Horizontal, this);
+    m_splitterHorizontal->setObjectName(QStringLiteral("splitterHorizontal"));
+    m_toolBoxEditors = new QToolBox(m_splitterHorizontal);
+    m_toolBoxEditors->setObjectName(QStringLiteral("toolBoxEditors"));
+    m_splitterVertical = new QSplitter(Qt::Vertical, m_splitterHorizontal);
+    m_splitterVertical->setObjectName(QStringLiteral("splitterVertical"));
+    auto *frameViewer = new QFrame(m_splitterVertical);
+    frameViewer->setObjectName(QStringLiteral("frameViewer"));
+    frameViewer->setFrameShape(QFrame::NoFrame);
+    auto *widgetConsole = new QWidget(m_splitterVertical);
+    widgetConsole->setObjectName(QStringLiteral("widgetConsole"));
+    layout->addWidget(m_splitterHorizontal);
+
+    addEditorPage("editorGeometry", tr("Geometry Editor"), QStringLiteral(":/geometry.png"), Document::GeometryMotor);
+    addEditorPage("editorWinding", tr("Winding Editor"), QStringLiteral(":/winding.png"), Document::Winding);
+    addEditorPage("editorMesh", tr("Mesh Editor"), QStringLiteral(":/mesh.png"), Document::Mesh2D);
+    if (isAnalysisShown()) {
+        addEditorPage("editorMagnetostaticFEA", tr("Magnetostatic Analysis"), QStringLiteral(":/MatLab.png"),
+                      Document::AnalysisMagnetostatic);
+        m_toolBoxEditors->setItemToolTip(m_pageModes.size() - 1, tr("Finite Element Analysis Magnetostatic"));
+    }
+    connect(m_toolBoxEditors, &QToolBox::currentChanged, this, &DocumentWindow::toolBoxPageChanged);
+
+    // A first start shows no console.
+    const QSettings settings;
+    if (!m_splitterHorizontal->restoreState(settings.value(keyHorizontalSplitter).toByteArray()))
+        m_splitterHorizontal->setSizes({100, 400});
+    if (!m_splitterVertical->restoreState(settings.value(keyVerticalSplitter).toByteArray()))
+        m_splitterVertical->setSizes({400, 0});
+}
+
+void DocumentWindow::addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode)
+{
+    auto *page = new QWidget(m_toolBoxEditors);
+    page->setObjectName(QLatin1String(name));
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_toolBoxEditors->addItem(page, QIcon(icon), text);
+    m_pageModes.append(mode);
+}
+
+void DocumentWindow::documentModeChanged(Document::Mode mode)
+{
+    if (m_document->isProtectedFile())
+        return;
+    Document::Mode pageMode = mode;
+    if (mode == Document::GeometryStator || mode == Document::GeometryRotor)
+        pageMode = Document::GeometryMotor;
+    else if (mode == Document::Mesh3D)
+        pageMode = Document::Mesh2D;
+    const int index = m_pageModes.indexOf(pageMode);
+    if (index >= 0) {
+        const QSignalBlocker blocker(m_toolBoxEditors);
+        m_toolBoxEditors->setCurrentIndex(index);
+    }
+    QString geometryText = tr("Geometry Editor");
+    if (mode == Document::GeometryStator)
+        geometryText = tr("Geometry Editor (Stator)");
+    else if (mode == Document::GeometryRotor)
+        geometryText = tr("Geometry Editor (Rotor)");
+    m_toolBoxEditors->setItemText(0, geometryText);
+    emit aboutToUpdateUI();
+}
+
+void DocumentWindow::toolBoxPageChanged(int index)
+{
+    const Document::Mode mode = m_pageModes.value(index, Document::UnknownMode);
+    const Document::Mode current = m_document->mode();
+    if (mode == Document::Mesh2D && (current == Document::Mesh2D || current == Document::Mesh3D))
+        return;
+    if (mode != Document::UnknownMode)
+        m_document->setMode(mode);
+}
+
+void DocumentWindow::documentReady()
+{
+    if (m_document->isProtectedFile()) {
+        m_splitterHorizontal->hide();
+        return;
+    }
+    m_document->setPreparing(false);
+    m_document->setModified(false);
+    documentModeChanged(m_document->mode());
+}
+
+bool DocumentWindow::load(const QString &path, Document::Mode mode)
+{
+    m_document->start();
+    if (!m_document->load(path))
+        return false;
+    makeFileCurrent(path);
+    if (mode != Document::UnknownMode)
+        m_document->setMode(mode);
+    m_document->setModified(false);
+    return true;
+}
+
+void DocumentWindow::newDocument()
+{
+    m_newFile = true;
+    m_document->setFilePath(QStringLiteral("new_motor_%1.%2").arg(nextNewDocumentNumber()).arg(zvaSuffix()));
+    m_document->markAsMade();
+    m_document->setModified(false);
+    updateTab();
+}
+
+void DocumentWindow::makeFileCurrent(const QString &path)
+{
+    QString canonical = QFileInfo(path).canonicalFilePath();
+    const QString protectedEnd = QLatin1Char('.') + zvapSuffix();
+    if (canonical.endsWith(protectedEnd, Qt::CaseInsensitive))
+        canonical = canonical.left(canonical.size() - protectedEnd.size()) + QLatin1Char('.') + zvaSuffix();
+    m_document->setFilePath(canonical);
+    m_newFile = false;
+    m_document->setModified(false);
+    setWindowModified(false);
+    updateTab();
+}
+
+void DocumentWindow::updateTab()
+{
+    QString title = QFileInfo(m_document->filePath()).completeBaseName();
+    if (m_document->isModified())
+        title.prepend(QStringLiteral("● "));
+    setWindowTitle(title);
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget()))
+        sub->setToolTip(m_document->filePath());
+}
+
+void DocumentWindow::documentWasModified()
+{
+    setWindowModified(m_document->isModified());
+    updateTab();
+    emit aboutToUpdateTitle();
+    emit aboutToUpdateUI();
+}
+
+bool DocumentWindow::save()
+{
+    return m_newFile ? saveAs() : saveToPath(m_document->filePath());
+}
+
+bool DocumentWindow::saveToPath(const QString &path)
+{
+    const QString title = QCoreApplication::applicationName();
+    const QFileInfo info(path);
+    if (info.exists() && !info.isWritable()) {
+        const auto answer = MessageBox::question(
+            this, title,
+            tr("<b>File %1 is write protected.\nAllow writing to the file and continue?</b>")
+                .arg(QDir::toNativeSeparators(path)));
+        if (answer != QMessageBox::Yes)
+            return true;
+        QFile file(path);
+        if (!file.setPermissions(file.permissions() | QFileDevice::WriteUser)) {
+            MessageBox::critical(this, title,
+                                 tr("Can't set write permission for file %1.").arg(QDir::toNativeSeparators(path)));
+            return false;
+        }
+    }
+
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    bool saved = true;
+    if (info.suffix().toLower() == zvapSuffix()) {
+        const QImage picture;
+        saved = m_document->save(path, &picture);
+    } else if (m_document->isModified() || m_document->modeChangedSinceSave()) {
+        saved = m_document->save(path, nullptr);
+    }
+    QApplication::restoreOverrideCursor();
+    if (!saved) {
+        MessageBox::warning(this, title, tr("Can't write file %1.").arg(QDir::toNativeSeparators(path)));
+        return false;
+    }
+    makeFileCurrent(path);
+    return true;
+}
+
+bool DocumentWindow::saveAs()
+{
+    QString proposal = m_document->filePath();
+    if (QFileInfo(proposal).path() == QLatin1String(".")) {
+        QSettings settings;
+        settings.remove(QStringLiteral("PathProject"));
+        QString folder = settings.value(keyPathProject).toString();
+        if (folder.isEmpty())
+            folder = rootPath();
+        if (!folder.isEmpty())
+            folder += QDir::separator();
+        proposal = folder + QFileInfo(proposal).completeBaseName();
+    }
+    const QString filter = tr("%1 file (*.%2)").arg(QCoreApplication::applicationName(), zvaSuffix());
+    QString path = FileDialog::getSaveFileName(this, tr("Save As"), proposal, filter);
+    if (path.isEmpty())
+        return false;
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix != zvaSuffix() && suffix != zvapSuffix())
+        path += QLatin1Char('.') + zvaSuffix();
+    QSettings().setValue(keyPathProject, QFileInfo(path).absolutePath());
+    {
+        // A save under a new name writes even an unchanged design.
+        const QSignalBlocker blocker(m_document);
+        m_document->setModified(true);
+    }
+    return saveToPath(path);
+}
+
+bool DocumentWindow::exportToJSON(const QString &name)
+{
+    const QString key = QStringLiteral("Settings/PathExportJSON");
+    QSettings settings;
+    const QString stored = settings.value(key).toString();
+    QString folder = stored;
+    if (folder.isEmpty()) {
+        folder = rootPath() + QStringLiteral("/SimFiles");
+        QDir().mkpath(folder);
+    }
+    const QString base = name.isEmpty() ? m_document->filePath() : name;
+    const QString proposal = folder + (stored.isEmpty() ? QString() : QString(QDir::separator()))
+                             + QFileInfo(base).completeBaseName();
+    QString path = FileDialog::getSaveFileName(this, tr("Export to JSON"), proposal, tr("JSON file (*.json)"));
+    if (path.isEmpty())
+        return false;
+    settings.setValue(key, QFileInfo(path).absolutePath());
+    const QString forced = QStringLiteral(".json");
+    if (QLatin1Char('.') + QFileInfo(path).suffix().toLower() != forced)
+        path += forced;
+    if (!m_document->exportToJson(path)) {
+        MessageBox::warning(this, QCoreApplication::applicationName(),
+                            tr("Cannot write file %1.").arg(QDir::toNativeSeparators(path)));
+        return false;
+    }
+    return true;
+}
+
+QString DocumentWindow::mimeType(Element element)
+{
+    switch (element) {
+    case StatorElement:
+        return QStringLiteral("application/zolvane-ds-stator");
+    case RotorElement:
+        return QStringLiteral("application/zolvane-ds-rotor");
+    case WindingElement:
+        return QStringLiteral("application/zolvane-ds-windings");
+    case MeshElement:
+        return QStringLiteral("application/zolvane-ds-mesh");
+    }
+    return QString();
+}
+
+QObject *DocumentWindow::element(Element element) const
+{
+    switch (element) {
+    case StatorElement:
+        return m_document->stator();
+    case RotorElement:
+        return m_document->rotor();
+    case WindingElement:
+        return m_document->winding();
+    case MeshElement:
+        return m_document->mesh();
+    }
+    return nullptr;
+}
+
+void DocumentWindow::copyProperties(Element which) const
+{
+    const QVariantMap properties = element(which)->property("properties").toMap();
+    auto *data = new QMimeData;
+    data->setData(mimeType(which), QJsonDocument(QJsonObject::fromVariantMap(properties)).toJson());
+    QApplication::clipboard()->setMimeData(data);
+}
+
+void DocumentWindow::pasteProperties(Element which)
+{
+    const QMimeData *data = QApplication::clipboard()->mimeData();
+    if (!data || !data->hasFormat(mimeType(which)))
+        return;
+    QJsonParseError error;
+    const QJsonDocument json = QJsonDocument::fromJson(data->data(mimeType(which)), &error);
+    if (error.error != QJsonParseError::NoError)
+        return;
+    const QVariantMap map = json.object().toVariantMap();
+    qDebug() << "Paste properties" << map;
+    QObject *target = element(which);
+    // Equal properties would only add a step that changes nothing.
+    if (map == target->property("properties").toMap())
+        return;
+    m_document->execCommand(new CommandSetPropertyObject(target, "properties", map));
+}
+
+void DocumentWindow::undo()
+{
+    m_document->undo();
+}
+
+void DocumentWindow::redo()
+{
+    m_document->redo();
+}
+
+bool DocumentWindow::canUndo() const
+{
+    return m_document->undoStack()->canUndo() && !m_document->isReadonly()
+           && !m_document->isLockedBySimulationData();
+}
+
+bool DocumentWindow::canRedo() const
+{
+    return m_document->undoStack()->canRedo() && !m_document->isReadonly()
+           && !m_document->isLockedBySimulationData();
+}
+
+void DocumentWindow::closeEvent(QCloseEvent *event)
+{
+    bool close = true;
+    if (m_document->isModified()) {
+        const auto answer = MessageBox::warning(
+            this, QCoreApplication::applicationName(),
+            tr("<b>'%1' has been modified.\nDo you want to save your changes?</b>")
+                .arg(QFileInfo(m_document->filePath()).completeBaseName()),
+            QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+        if (answer == QMessageBox::Cancel)
+            close = false;
+        else if (answer == QMessageBox::Save)
+            close = save();
+    } else if (m_document->modeChangedSinceSave() && !m_newFile) {
+        close = saveToPath(m_document->filePath());
+    }
+    if (!close) {
+        event->ignore();
+        return;
+    }
+    QSettings settings;
+    settings.setValue(keyHorizontalSplitter, m_splitterHorizontal->saveState());
+    settings.setValue(keyVerticalSplitter, m_splitterVertical->saveState());
+    event->accept();
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(parentWidget())) {
+        if (QMdiArea *area = sub->mdiArea())
+            area->activatePreviousSubWindow();
+    }
+}

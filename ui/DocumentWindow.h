@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QWidget>
+
+#include "document/Document.h"
+
+class QSplitter;
+class QToolBox;
+
+// The face of one document, which it owns: the tool box of editors on the left,
+// the page of the current mode and the console on the right. It carries out what
+// the main window forwards: saving with its questions, exports, the clipboard.
+class DocumentWindow : public QWidget
+{
+    Q_OBJECT
+public:
+    // The elements whose properties travel through the clipboard.
+    enum Element { StatorElement, RotorElement, WindingElement, MeshElement };
+
+    explicit DocumentWindow(Document::Mode mode, QWidget *parent = nullptr);
+    ~DocumentWindow() override;
+
+    Document *document() const { return m_document; }
+    bool isNewFile() const { return m_newFile; }
+
+    bool load(const QString &path, Document::Mode mode);
+    void newDocument();
+    bool save();
+    bool saveAs();
+    bool exportToJSON(const QString &name);
+
+    static QString mimeType(Element element);
+    void copyProperties(Element element) const;
+    void pasteProperties(Element element);
+
+    void undo();
+    void redo();
+    bool canUndo() const;
+    bool canRedo() const;
+
+signals:
+    void aboutToUpdateUI();
+    void aboutToUpdateTitle();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private slots:
+    void documentWasModified();
+
+private:
+    void createForm();
+    void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode);
+    void documentModeChanged(Document::Mode mode);
+    void toolBoxPageChanged(int index);
+    void documentReady();
+    void makeFileCurrent(const QString &path);
+    bool saveToPath(const QString &path);
+    void updateTab();
+    QObject *element(Element element) const;
+
+    Document *m_document = nullptr;
+    bool m_newFile = true;
+    QSplitter *m_splitterHorizontal = nullptr;
+    QSplitter *m_splitterVertical = nullptr;
+    QToolBox *m_toolBoxEditors = nullptr;
+    QList<Document::Mode> m_pageModes;
+};

@@ -1,0 +1,48 @@
+#include "ui/FileDialog.h"
+
+#include <QDebug>
+#include <QFileDialog>
+
+#include "ui/MessageBox.h"
+
+namespace FileDialog {
+
+namespace {
+
+QStringList &headlessAnswers()
+{
+    static QStringList answers;
+    return answers;
+}
+
+QString headlessAnswer(const QString &caption, const QString &proposal)
+{
+    const QString answer = headlessAnswers().isEmpty() ? QString() : headlessAnswers().takeFirst();
+    qInfo().noquote() << "FileDialog:" << caption << proposal << "answered:" << answer;
+    return answer;
+}
+
+} // namespace
+
+void answerNextDialogs(const QStringList &answers)
+{
+    headlessAnswers() = answers;
+}
+
+QStringList getOpenFileNames(QWidget *parent, const QString &caption, const QString &folder, const QString &filter)
+{
+    if (MessageBox::isHeadless()) {
+        const QString answer = headlessAnswer(caption, folder);
+        return answer.isEmpty() ? QStringList() : QStringList{answer};
+    }
+    return QFileDialog::getOpenFileNames(parent, caption, folder, filter);
+}
+
+QString getSaveFileName(QWidget *parent, const QString &caption, const QString &proposal, const QString &filter)
+{
+    if (MessageBox::isHeadless())
+        return headlessAnswer(caption, proposal);
+    return QFileDialog::getSaveFileName(parent, caption, proposal, filter);
+}
+
+} // namespace FileDialog
