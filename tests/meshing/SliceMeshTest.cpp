@@ -55,7 +55,7 @@ using SliceMeshTest = ShippedMachineTest;
 // the period, the seams pair, and both rows of a gap are the same lattice.
 TEST_F(SliceMeshTest, SlicesOfTheWholePeriodJoinInEqualRowsAcrossTheGap)
 {
-    for (const Machine::Type type : {Machine::SR, Machine::RSR}) {
+    for (const Machine::Type type : {Machine::SR, Machine::RSR, Machine::SRS, Machine::SRSRS, Machine::RSRSR}) {
         SCOPED_TRACE(QStringLiteral("machine type %1").arg(type).toStdString());
         ASSERT_TRUE(makeMachine(type));
         mesh->setAutoSizeBound(false);
