@@ -336,7 +336,7 @@ double Mesh::maxSectionSize() const
 
 bool Mesh::checkMachine()
 {
-    const Document *doc = document();
+    Document *doc = document();
     const SimDomain domain = doc->simDomain();
     if (domain.inner < 0.0 || domain.outer - domain.inner <= Numeric::zeroTolerance) {
         onError(tr("Critical error while building mesh: the slices' radii %1 to %2 mm lie outside the machine")
@@ -347,6 +347,15 @@ bool Mesh::checkMachine()
     for (const Airgap *gap : doc->airgaps()) {
         if (gap->thickness() <= Numeric::zeroTolerance) {
             onError(tr("Critical error while building mesh: air gap %1 has no thickness").arg(gap->id()));
+            return false;
+        }
+    }
+    // The domain comes from the stator's script, which may not have drawn what it says.
+    const QPair<double, double> reach = doc->pieces().radialRange();
+    for (const double radius : sliceRadii()) {
+        if (radius < reach.first - Numeric::zeroTolerance || radius > reach.second + Numeric::zeroTolerance) {
+            onError(tr("Critical error while building mesh: the slice radius %1 mm lies outside the machine")
+                        .arg(radius));
             return false;
         }
     }

@@ -161,6 +161,16 @@ TEST_F(SliceMeshTest, AMachineThatCannotBeCutGivesAMeshErrorAndNoMesh)
         EXPECT_EQ(slice.numberOfVertices(), 0);
 }
 
+// Without the bodies' scripts the slices would cut nothing.
+TEST_F(SliceMeshTest, SlicesOutsideTheDrawnMachineGiveAMeshError)
+{
+    QSignalSpy errors(mesh->console(), &ScriptConsole::signalError);
+    mesh->createMeshSlices();
+    EXPECT_TRUE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+    ASSERT_EQ(errors.count(), 1);
+    EXPECT_TRUE(errors.last().at(1).toString().contains("outside the machine"));
+}
+
 // A body without pieces gives an empty cell; the others are still meshed.
 TEST(SliceMesher, BodyWithoutShapesLeavesTheOthers)
 {
