@@ -213,6 +213,24 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
     return period;
 }
 
+void SliceMesher::reorderAirgapEdges(CDT &cdt, const GapRows &gap) const
+{
+    if (gap.layers <= 3)
+        return;
+    const double h = gap.layerHeight();
+    const double bound = m_settings.sizeBound;
+    const double side = (std::abs(bound) > Numeric::zeroTolerance && bound <= h ? bound : h) * m_settings.airgapQuality
+                        * rowSideFactor;
+    const double slope = qRadiansToDegrees(std::atan(h / side));
+    for (int k = 1; k <= gap.layers - 2; ++k) {
+        // The middle band is the solver's own.
+        if (k == gap.layers / 2)
+            continue;
+        const double y0 = gap.low + k * h;
+        cdt.alignBand(y0, y0 + h, slope);
+    }
+}
+
 CDT SliceMesher::slice(int index, double radius) const
 {
     const QString number = QString::number(index + 1);
@@ -243,6 +261,8 @@ CDT SliceMesher::slice(int index, double radius) const
     runMeshStep(QStringLiteral("Critical error while generating mesh slice %1").arg(number), m_onError,
                 [&] { result.markDomain(); });
     for (const GapRows &gap : m_settings.gaps) {
+        runMeshStep(QStringLiteral("Critical error while reordering edges in airgap"), m_onError,
+                    [&] { reorderAirgapEdges(result, gap); });
         QList<double> rows;
         for (int k = 1; k < gap.layers; ++k)
             rows.append(gap.low + k * gap.layerHeight());

@@ -77,6 +77,9 @@ public:
     CDT slice(int index, double radius) const;
 
 private:
+    // Turns the faces of the bands between the rows of a gap into a lattice of
+    // diagonals, but in the middle band.
+    void reorderAirgapEdges(CDT &cdt, const GapRows &gap) const;
     // Rows of equal segments from x = 0, counted from the face of the gap that the body does not touch.
     void insertRows(CDT &cdt, const GapRows &gap, bool bodyBelowGap, int rows, double width) const;
 

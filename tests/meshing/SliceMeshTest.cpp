@@ -41,6 +41,26 @@ QVector<CDT::Vertex> row(const CDT::Snapshot &mesh, double y)
     return vertices;
 }
 
+// How often the diagonals between two rows change direction, left to right.
+int diagonalTurns(const CDT::Snapshot &mesh, double y0, double h)
+{
+    std::map<double, bool> rising;
+    for (const CDT::Face &face : mesh.faces) {
+        for (int k = 0; face.inDomain && k < 3; ++k) {
+            const QPointF a = mesh.vertices.at(face.vertices[k]).point;
+            const QPointF b = mesh.vertices.at(face.vertices[(k + 1) % 3]).point;
+            const bool across = std::abs(std::abs(b.y() - a.y()) - h) <= 1e-7 && std::min(a.y(), b.y()) - y0 > -1e-7
+                                && std::min(a.y(), b.y()) - y0 < 1e-7;
+            if (across && std::abs(b.x() - a.x()) > 1e-7)
+                rising[(a.x() + b.x()) / 2] = (b.x() - a.x()) * (b.y() - a.y()) > 0;
+        }
+    }
+    int turns = 0;
+    for (auto it = rising.begin(); it != rising.end() && std::next(it) != rising.end(); ++it)
+        turns += it->second != std::next(it)->second ? 1 : 0;
+    return turns;
+}
+
 bool near(double a, double b)
 {
     return std::abs(a - b) <= 1e-6;
@@ -55,9 +75,17 @@ using SliceMeshTest = ShippedMachineTest;
 // the period, the seams pair, and both rows of a gap are the same lattice.
 TEST_F(SliceMeshTest, SlicesOfTheWholePeriodJoinInEqualRowsAcrossTheGap)
 {
-    for (const Machine::Type type : {Machine::SR, Machine::RSR, Machine::SRS, Machine::SRSRS, Machine::RSRSR}) {
-        SCOPED_TRACE(QStringLiteral("machine type %1").arg(type).toStdString());
+    struct Case
+    {
+        Machine::Type type;
+        int layers;
+    };
+    const Case cases[] = {{Machine::SR, 3},    {Machine::RSR, 3},   {Machine::SRS, 3},
+                          {Machine::SRSRS, 3}, {Machine::RSRSR, 3}, {Machine::SR, 7}};
+    for (const auto &[type, layers] : cases) {
+        SCOPED_TRACE(QStringLiteral("machine type %1, %2 layers").arg(type).arg(layers).toStdString());
         ASSERT_TRUE(makeMachine(type));
+        doc.airgap(Airgap::ID1)->setNumberLayers(layers);
         mesh->setAutoSizeBound(false);
         mesh->setSizeBound(sizeBound);
         mesh->setNumberSlices(2);
@@ -72,7 +100,7 @@ TEST_F(SliceMeshTest, SlicesOfTheWholePeriodJoinInEqualRowsAcrossTheGap)
             const double radius = radii.at(i);
             SCOPED_TRACE(QStringLiteral("slice at %1 mm").arg(radius).toStdString());
             const CDT &cdt = mesh->meshSlices().at(i);
-            const QString picture = QStringLiteral("slice_mesh_%1_%2").arg(type).arg(i);
+            const QString picture = QStringLiteral("slice_mesh_%1_%2_%3").arg(type).arg(layers).arg(i);
             const CDT::Snapshot snapshot = cdt.snapshot();
             const double width = radius * qDegreesToRadians(span);
 
@@ -93,6 +121,10 @@ TEST_F(SliceMeshTest, SlicesOfTheWholePeriodJoinInEqualRowsAcrossTheGap)
                         EXPECT_NEAR(vertices.at(j).point.x(), j * width / segments, 1e-6);
                         EXPECT_EQ(vertices.at(j).type, CDT::VertexAirgapRow);
                     }
+                    // Between rows of one side the diagonals rise and fall in turn, but in the middle band.
+                    if (k + 1 < gap->numberLayers() && k != gap->numberLayers() / 2)
+                        EXPECT_EQ(diagonalTurns(snapshot, gap->posBottom() + k * h, h), segments - 1)
+                            << "band " << k << ", drawn in " << writeSvg(cdt, picture).toStdString();
                 }
             }
 

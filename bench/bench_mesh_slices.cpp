@@ -1,0 +1,64 @@
+#include <QApplication>
+#include <QString>
+#include <benchmark/benchmark.h>
+
+#include "document/Airgap.h"
+#include "document/Document.h"
+#include "document/DocumentTypes.h"
+#include "geometry/MotorItem.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "meshing/Mesh.h"
+
+namespace {
+
+// Elements need an application object; the benchmark runs without a display.
+void ensureApplication()
+{
+    static int argc = 1;
+    static char name[] = "zds_bench";
+    static char *argv[] = {name, nullptr};
+    if (QCoreApplication::instance())
+        return;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static QApplication app(argc, argv);
+    registerDocumentTypes();
+}
+
+QString scriptFile(const char *folder, const char *name)
+{
+    return QStringLiteral(ZDS_SOURCE_DIR "/assets/scripts/%1/%2").arg(QLatin1String(folder), QLatin1String(name));
+}
+
+// Three slices of a slotted stator beside a surface magnet rotor, with 5 pole
+// pairs to every 12 slots, so that the pitches keep their ratio. The pieces are
+// built once; each run remakes the meshes alone.
+void BM_MeshSlices(benchmark::State &state)
+{
+    ensureApplication();
+    const int slotCount = int(state.range(0));
+    Document doc(nullptr);
+    // The program's configuration lies beside the program, which this is not.
+    doc.setConfigScriptFile(scriptFile(".", "ZolvaneConfig.js"));
+    doc.start();
+    doc.setMachineType(Machine::SR);
+    doc.stator()->setNumberSlots(slotCount);
+    doc.rotor()->setNumberPolePairs(slotCount * 5 / 12);
+    if (!doc.stator()->readScript(scriptFile("stator", "SlottedStator.js"))
+        || !doc.rotor()->readScript(scriptFile("rotor", "SurfaceMagnetRotor.js"))) {
+        state.SkipWithError("the shipped scripts did not load");
+        return;
+    }
+    Mesh *mesh = doc.mesh();
+    mesh->setNumberSlices(3);
+    doc.pieces();
+    for (auto _ : state) {
+        mesh->setMeshInvalid(true);
+        mesh->createMeshSlices();
+    }
+    if (mesh->meshErrors())
+        state.SkipWithError("the mesh failed");
+}
+BENCHMARK(BM_MeshSlices)->Arg(12)->Arg(24)->Arg(48)->Arg(96)->Unit(benchmark::kMillisecond);
+
+} // namespace
