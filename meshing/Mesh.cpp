@@ -113,12 +113,16 @@ MeshBody meshBody(const MotorItem *item, const PieceList &pieces, double pitch, 
     return body;
 }
 
-SliceBody sliceBody(const MotorItem *item, const Airgap *below, const Airgap *above, const PieceList &pieces)
+SliceBody sliceBody(const MotorItem *item, double pitch, const Airgap *below, const Airgap *above,
+                    const PieceList &pieces)
 {
     SliceBody body;
     body.name = item->objectName();
+    body.scope = item->scope();
     body.pieces = piecesOf(item, pieces);
     body.displacement = item->relativeDisplacement();
+    body.pitch = pitch;
+    body.middle = item->isMiddle();
     const QPair<double, double> range = item->range();
     body.bottom = range.first;
     body.top = range.second;
@@ -273,9 +277,17 @@ void Mesh::setMeshInvalid(bool invalid)
     m_meshInvalid = invalid;
 }
 
+double Mesh::radialOuterRadius() const
+{
+    const Document *doc = document();
+    const double outer = doc->simRadialOuterDomain();
+    return Numeric::isZero(outer) ? qMax(doc->stator()->outerRadius(), doc->rotor()->outerRadius()) : outer;
+}
+
 void Mesh::clearGeometry()
 {
     m_geometrySlices = QVector<GeometryData>(m_numberSlices);
+    m_geometryRadial = GeometryData();
     m_meshInvalid = true;
 }
 
@@ -369,11 +381,11 @@ SliceMachine Mesh::sliceMachine()
     machine.pieces = doc->pieces();
     qDebug() << "Pieces initialized";
     for (const MotorItem *item : doc->stator()->activeItems()) {
-        machine.bodies.append(sliceBody(item, doc->airgapOfStatorItem(item->id(), 1),
+        machine.bodies.append(sliceBody(item, doc->stator()->slotAngleSpan(), doc->airgapOfStatorItem(item->id(), 1),
                                         doc->airgapOfStatorItem(item->id(), 2), machine.pieces));
     }
     for (const MotorItem *item : doc->rotor()->activeItems()) {
-        machine.bodies.append(sliceBody(item, doc->airgapOfRotorItem(item->id(), 1),
+        machine.bodies.append(sliceBody(item, doc->rotor()->poleAngleSpan(), doc->airgapOfRotorItem(item->id(), 1),
                                         doc->airgapOfRotorItem(item->id(), 2), machine.pieces));
     }
     machine.periodicity = doc->periodicity();
@@ -441,12 +453,18 @@ void Mesh::createGeometrySlices()
     if (checkMachine()) {
         const SliceGeometry geometry(sliceMachine());
         const QList<double> radii = sliceRadii();
+        const SimDomain domain = document()->simDomain();
         qDebug() << "Start create geometry slices";
-        // Each task writes its own entry only.
+        // Each task writes its own entry only; the radial cut goes beside the slices.
         GeometryData *slices = m_geometrySlices.data();
+        tbb::task_group group;
+        group.run([this, &geometry, &domain] {
+            m_geometryRadial = geometry.createRadial(radialOuterRadius(), domain.inner, domain.outer);
+        });
         tbb::parallel_for(0, int(radii.size()), [slices, &geometry, &radii](int index) {
             slices[index] = geometry.createSlice(radii.at(index));
         });
+        group.wait();
     }
 
     m_generatingGeometry = false;

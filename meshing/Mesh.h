@@ -84,6 +84,10 @@ public:
     void createGeometrySlices();
     // One entry a slice, empty until made.
     const QVector<GeometryData> &geometrySlices() const { return m_geometrySlices; }
+    // The regions of the plane through the axis, empty until made.
+    const GeometryData &geometryRadial() const { return m_geometryRadial; }
+    // Where the radial model ends.
+    double radialOuterRadius() const;
     // The triangles of every slice over the period, when the meshes are invalid;
     // returns when all are done.
     void createMeshSlices();
@@ -151,6 +155,7 @@ private:
     bool m_meshInvalid = true;
     MeshErrors m_meshErrors;
     QVector<GeometryData> m_geometrySlices;
+    GeometryData m_geometryRadial;
     QVector<CDT> m_meshSlices;
     // Steps of several slices may fail at once.
     QMutex m_errorMutex;

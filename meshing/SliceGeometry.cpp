@@ -150,17 +150,8 @@ Shape2DList SliceGeometry::bodyCurves(const SliceBody &body, const CylindricalSe
     return lines;
 }
 
-GeometryData SliceGeometry::createSlice(double radius) const
+Shape2DList SliceGeometry::joined(const std::vector<Shape2DList> &curves)
 {
-    QElapsedTimer timer;
-    timer.start();
-    const CylindricalSectionCreater creater(radius, m_machine.height, m_machine.sizeLimit);
-    const QVector<SliceBody> &bodies = m_machine.bodies;
-    std::vector<Shape2DList> curves(std::size_t(bodies.size()));
-    tbb::parallel_for(std::size_t(0), curves.size(), [&](std::size_t i) {
-        curves[i] = bodyCurves(bodies.at(int(i)), creater);
-    });
-
     // Neighbours share the middle lines of their gaps; each is kept once.
     Shape2DList lines;
     for (const Shape2DList &list : curves) {
@@ -172,6 +163,70 @@ GeometryData SliceGeometry::createSlice(double radius) const
                 lines.append(curve);
         }
     }
+    return lines;
+}
+
+Shape2DList SliceGeometry::radialCurves(const SliceBody &body, const RadialSectionCreater &creater,
+                                        double outerRadius, double inner, double outer) const
+{
+    // The plane through the axis meets the body on both sides of it: one pitch
+    // about the body's angle keeps the side of positive radius.
+    std::vector<servoce::shape> shapes;
+    for (const Piece &piece : body.pieces)
+        shapes.push_back(piece.shape());
+    const double margin = 1.0;
+    const servoce::shape sector =
+        servoce::cylinder(m_machine.sectorRadius, body.top - body.bottom + 2 * margin,
+                          qDegreesToRadians(std::min(body.pitch, 180.0)), false)
+            .transformed(servoce::rotateZ(qDegreesToRadians(body.displacement - std::min(body.pitch, 180.0) / 2)))
+            .translated(0.0, 0.0, body.bottom - margin);
+    tbb::parallel_for(std::size_t(0), shapes.size(), [&shapes, &sector](std::size_t i) {
+        shapes[i] = servoce::make_intersect(shapes[i], sector, false);
+    });
+    ShapeList cut(shapes.cbegin(), shapes.cend());
+    if (!Numeric::isZero(body.displacement))
+        cut = cut.rotatedZ(-qDegreesToRadians(body.displacement));
+    Shape2DList lines = creater.create(cut);
+    addFrame(lines, body, outerRadius);
+    const double low = body.gapBelow ? (body.gapBelow->first + body.gapBelow->second) / 2 : body.bottom;
+    const double high = body.gapAbove ? (body.gapAbove->first + body.gapAbove->second) / 2 : body.top;
+    lines.appendLine({inner, low}, {inner, high});
+    lines.appendLine({outer, low}, {outer, high});
+    if (body.middle)
+        lines.appendLine({0.0, (body.bottom + body.top) / 2}, {outerRadius, (body.bottom + body.top) / 2});
+    return lines;
+}
+
+GeometryData SliceGeometry::createRadial(double outerRadius, double inner, double outer) const
+{
+    QElapsedTimer timer;
+    timer.start();
+    const RadialSectionCreater creater(m_machine.sizeLimit);
+    const QVector<SliceBody> &bodies = m_machine.bodies;
+    std::vector<Shape2DList> curves(std::size_t(bodies.size()));
+    tbb::parallel_for(std::size_t(0), curves.size(), [&](std::size_t i) {
+        curves[i] = radialCurves(bodies.at(int(i)), creater, outerRadius, inner, outer);
+    });
+    const Shape2DList lines = joined(curves);
+    qDebug() << "Radial geometry" << "finished at" << timer.elapsed() << "ms";
+    GeometryData data = GeometryGenerator().createGeometry(lines, 1e-5, true, false, true);
+    prepareSubdomains(-1.0, data);
+    qDebug() << "Motor  geometry radial" << "finished at" << timer.elapsed() << "ms";
+    return data;
+}
+
+GeometryData SliceGeometry::createSlice(double radius) const
+{
+    QElapsedTimer timer;
+    timer.start();
+    const CylindricalSectionCreater creater(radius, m_machine.height, m_machine.sizeLimit);
+    const QVector<SliceBody> &bodies = m_machine.bodies;
+    std::vector<Shape2DList> curves(std::size_t(bodies.size()));
+    tbb::parallel_for(std::size_t(0), curves.size(), [&](std::size_t i) {
+        curves[i] = bodyCurves(bodies.at(int(i)), creater);
+    });
+
+    const Shape2DList lines = joined(curves);
     qDebug() << "Process geometry slice at" << radius << "finished at" << timer.elapsed() << "ms";
 
     timer.restart();
@@ -226,9 +281,10 @@ std::optional<PointF> SliceGeometry::probePoint(const Subdomain &subdomain, cons
 }
 
 QSharedPointer<AbstractMaterial> SliceGeometry::materialAt(const QVector<SolidsOfPiece> &solids, double radius,
-                                                          const PointF &point, qint32 id)
+                                                          const PointF &point, double turn, qint32 id)
 {
-    const double angle = radius > 0.0 ? point.x() / radius : 0.0;
+    // The slices were shifted back to the machine's own angle; the radial cut lies at the body's.
+    const double angle = (radius > 0.0 ? point.x() / radius : 0.0) + qDegreesToRadians(turn);
     const double polar = radius > 0.0 ? radius : point.x();
     const servoce::point3 p(polar * std::cos(angle), polar * std::sin(angle), point.y());
     for (const SolidsOfPiece &piece : solids) {
@@ -242,6 +298,15 @@ QSharedPointer<AbstractMaterial> SliceGeometry::materialAt(const QVector<SolidsO
     qWarning().noquote() << "Subdomain:" << id << "not found piece at p3:"
                          << QStringLiteral("[%1, %2, %3]").arg(p.x).arg(p.y).arg(p.z);
     return {};
+}
+
+double SliceGeometry::displacementOf(quint32 scope) const
+{
+    for (const SliceBody &body : m_machine.bodies) {
+        if (body.scope == scope)
+            return body.displacement;
+    }
+    return 0.0;
 }
 
 void SliceGeometry::prepareSubdomains(double radius, GeometryData &data) const
@@ -279,7 +344,8 @@ void SliceGeometry::prepareSubdomains(double radius, GeometryData &data) const
         }
         QSharedPointer<AbstractMaterial> material;
         if ((region->scope() & airgapBits) == 0 && !solids.isEmpty())
-            material = materialAt(solids, radius, *point, region->id());
+            material = materialAt(solids, radius, *point, radius > 0.0 ? 0.0 : displacementOf(region->scope()),
+                                  region->id());
         region->setMaterial(material ? material : air);
     }
 }

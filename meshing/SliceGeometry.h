@@ -18,10 +18,16 @@
 struct SliceBody
 {
     QString name;
+    // The body flag of its pieces.
+    quint32 scope = 0;
     // In their place in the machine.
     PieceList pieces;
     // Degrees, relative to the least displaced body of its element.
     double displacement = 0.0;
+    // Degrees of one slot or pole pitch, whose middle lies on the body's angle.
+    double pitch = 360.0;
+    // Symmetric about its own middle plane.
+    bool middle = false;
     double bottom = 0.0;
     double top = 0.0;
     // Axial ranges of the gaps on the two faces; none at an end of the machine.
@@ -74,15 +80,27 @@ public:
     Shape2DList bodyCurves(const SliceBody &body, const CylindricalSectionCreater &creater) const;
     // The regions of the cut at the radius; the outline is not among them.
     GeometryData createSlice(double radius) const;
-    // Drops the outline region and gives every region its body and material.
+    // The curves of one body in the plane through the axis at its own angle, from
+    // the axis to the outer radius, with the edges of the active domain.
+    Shape2DList radialCurves(const SliceBody &body, const RadialSectionCreater &creater, double outerRadius,
+                             double inner, double outer) const;
+    // The regions of the plane through the axis, from the axis to the outer radius.
+    GeometryData createRadial(double outerRadius, double inner, double outer) const;
+    // Drops the outline region and gives every region its body and material; a
+    // negative radius means the radial cut.
     void prepareSubdomains(double radius, GeometryData &data) const;
 
 private:
+    // The curves of all bodies, each once.
+    static Shape2DList joined(const std::vector<Shape2DList> &curves);
     // A point that lies in the region and in no other, found from its shape.
     std::optional<PointF> probePoint(const Subdomain &subdomain, const GeometryData &data, double radius) const;
     // The material of the solid at the point of the cut; null in air.
+    // Turn is the angle in degrees of the cut beyond the point's own.
     static QSharedPointer<AbstractMaterial> materialAt(const QVector<SolidsOfPiece> &solids, double radius,
-                                                      const PointF &point, qint32 id);
+                                                      const PointF &point, double turn, qint32 id);
+    // The displacement of the body of that flag; 0 for none.
+    double displacementOf(quint32 scope) const;
 
     SliceMachine m_machine;
 };

@@ -63,10 +63,16 @@ TEST(SliceGeometry, BodiesReachToTheMiddleOfTheirGapAndKeepTheirTurn)
     machine.sectorRadius = 200.0;
     machine.height = 22.0;
     machine.sizeLimit = 0.5;
-    SliceBody lower{QStringLiteral("lower"), {Piece(block(0.0, 10.0, 0.0, 360.0), iron, Piece::Stator1)}, 0.0,
-                    0.0, 10.0, std::nullopt, qMakePair(10.0, 12.0)};
+    SliceBody lower;
+    lower.pieces = {Piece(block(0.0, 10.0, 0.0, 360.0), iron, Piece::Stator1)};
+    lower.top = 10.0;
+    lower.gapAbove = qMakePair(10.0, 12.0);
     // A tooth of 30 degrees in each quarter, the quarter turned by 20 degrees.
-    SliceBody upper{QStringLiteral("upper"), {}, 20.0, 12.0, 22.0, qMakePair(10.0, 12.0), std::nullopt};
+    SliceBody upper;
+    upper.displacement = 20.0;
+    upper.bottom = 12.0;
+    upper.top = 22.0;
+    upper.gapBelow = qMakePair(10.0, 12.0);
     for (int i = 0; i < 4; ++i)
         upper.pieces.append(Piece(block(12.0, 10.0, 20.0 + 90.0 * i, 30.0), iron, Piece::Rotor1));
     machine.bodies = {lower, upper};
@@ -135,6 +141,20 @@ TEST_F(SliceGeometryTest, EveryRegionHasTheMaterialAndAreaOfTheMachineAtItsRadiu
         EXPECT_EQ(areas.count(-1), 0u);
     }
 
+    // The plane through the axis meets a tooth and the middle of a magnet, from the axis to the outer air.
+    const GeometryData &radial = mesh->geometryRadial();
+    const double radialWidth = mesh->radialOuterRadius();
+    EXPECT_GT(radialWidth, outerRadius);
+    for (const QSharedPointer<Subdomain> &region : radial.subdomains)
+        ASSERT_FALSE(region->material().isNull()) << "radial region " << region->id();
+    const double ring = outerRadius - innerRadius;
+    const double height = statorHeight + gap + rotorHeight;
+    std::map<qint32, double> areas = areaByKind(radial);
+    EXPECT_NEAR(areas[AbstractMaterial::IronKind], ring * (statorHeight + rotorHeight - magnetThickness), 1e-6 * ring);
+    EXPECT_NEAR(areas[AbstractMaterial::MagnetKind], ring * magnetThickness, 1e-6 * ring);
+    EXPECT_NEAR(areas[AbstractMaterial::GeneralKind], radialWidth * height - ring * (statorHeight + rotorHeight),
+                1e-6 * ring);
+
     // Made once: a second call finds the slices and leaves them.
     mesh->createGeometrySlices();
     EXPECT_EQ(finished.count(), 1);
@@ -153,9 +173,11 @@ TEST(SliceGeometry, SliceOutsideTheMachineIsAirInItsFrames)
     machine.height = 10.0;
     machine.sizeLimit = 1.0;
     const servoce::shape disc = servoce::tube(120.0, 80.0, 10.0);
-    machine.bodies = {SliceBody{QStringLiteral("disc"), {Piece(disc, iron, Piece::Stator1)}, 0.0, 0.0, 10.0,
-                                std::nullopt, std::nullopt}};
-    machine.pieces = machine.bodies.first().pieces;
+    SliceBody body;
+    body.pieces = {Piece(disc, iron, Piece::Stator1)};
+    body.top = 10.0;
+    machine.bodies = {body};
+    machine.pieces = body.pieces;
     const GeometryData data = SliceGeometry(machine).createSlice(500.0);
     ASSERT_EQ(data.subdomains.size(), 1);
     EXPECT_EQ(data.subdomains.first()->material()->kind(), AbstractMaterial::GeneralKind);
