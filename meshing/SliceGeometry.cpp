@@ -10,7 +10,6 @@
 #include "base/Numeric.h"
 #include "base/Tbb.h"
 #include "geometry/servoce/boolops.h"
-#include "geometry/servoce/solid.h"
 #include "materials/AbstractMaterial.h"
 #include "materials/BasicMaterials.h"
 #include "meshing/GeometryGenerator.h"
@@ -112,27 +111,15 @@ Shape2DList SliceGeometry::bodyCurves(const SliceBody &body, const CylindricalSe
 {
     const double radius = creater.radius();
     const bool displaced = !Numeric::isZero(body.displacement);
-    std::vector<servoce::shape> shapes;
-    for (const Piece &piece : body.pieces)
-        shapes.push_back(piece.shape());
-
-    if (!shapes.empty() && m_machine.periodicity > 1) {
+    ShapeList cut = ShapeList::of(body.pieces);
+    if (!cut.isEmpty() && m_machine.periodicity > 1) {
         QElapsedTimer timer;
         timer.start();
-        // Taller than the body, so that no face of the sector lies on a face of a piece.
-        const double margin = 1.0;
-        const servoce::shape sector =
-            servoce::cylinder(m_machine.sectorRadius, body.top - body.bottom + 2 * margin,
-                              qDegreesToRadians(m_machine.angleSpan), false)
-                .transformed(servoce::rotateZ(qDegreesToRadians(body.displacement)))
-                .translated(0.0, 0.0, body.bottom - margin);
-        tbb::parallel_for(std::size_t(0), shapes.size(), [&shapes, &sector](std::size_t i) {
-            shapes[i] = servoce::make_intersect(shapes[i], sector, false);
-        });
+        cut = cut.cutToSector(m_machine.sectorRadius, body.bottom, body.top, qDegreesToRadians(body.displacement),
+                              qDegreesToRadians(m_machine.angleSpan));
         qDebug() << body.name << "Make intersect" << radius << timer.elapsed() << "ms";
     }
 
-    ShapeList cut(shapes.cbegin(), shapes.cend());
     // The sector then starts at angle 0.
     if (displaced)
         cut = cut.rotatedZ(-qDegreesToRadians(body.displacement));
@@ -171,19 +158,10 @@ Shape2DList SliceGeometry::radialCurves(const SliceBody &body, const RadialSecti
 {
     // The plane through the axis meets the body on both sides of it: one pitch
     // about the body's angle keeps the side of positive radius.
-    std::vector<servoce::shape> shapes;
-    for (const Piece &piece : body.pieces)
-        shapes.push_back(piece.shape());
-    const double margin = 1.0;
-    const servoce::shape sector =
-        servoce::cylinder(m_machine.sectorRadius, body.top - body.bottom + 2 * margin,
-                          qDegreesToRadians(std::min(body.pitch, 180.0)), false)
-            .transformed(servoce::rotateZ(qDegreesToRadians(body.displacement - std::min(body.pitch, 180.0) / 2)))
-            .translated(0.0, 0.0, body.bottom - margin);
-    tbb::parallel_for(std::size_t(0), shapes.size(), [&shapes, &sector](std::size_t i) {
-        shapes[i] = servoce::make_intersect(shapes[i], sector, false);
-    });
-    ShapeList cut(shapes.cbegin(), shapes.cend());
+    const double sweep = std::min(body.pitch, 180.0);
+    ShapeList cut = ShapeList::of(body.pieces).cutToSector(m_machine.sectorRadius, body.bottom, body.top,
+                                                      qDegreesToRadians(body.displacement - sweep / 2),
+                                                      qDegreesToRadians(sweep));
     if (!Numeric::isZero(body.displacement))
         cut = cut.rotatedZ(-qDegreesToRadians(body.displacement));
     Shape2DList lines = creater.create(cut);

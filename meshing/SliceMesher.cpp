@@ -10,8 +10,6 @@
 
 #include "base/Numeric.h"
 #include "base/Tbb.h"
-#include "geometry/servoce/boolops.h"
-#include "geometry/servoce/solid.h"
 #include "meshing/CdtOperations.h"
 #include "meshing/GeometryGenerator.h"
 #include "meshing/SectionCreater.h"
@@ -95,25 +93,13 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
     // A body mirrored in its middle takes its upper rows from the mirror.
     const std::optional<GapRows> above = body.mirrored ? std::nullopt : body.gapAbove;
 
-    std::vector<servoce::shape> shapes;
-    for (const Piece &piece : body.pieces)
-        shapes.push_back(piece.shape());
-    if (shapes.empty()) {
+    if (body.pieces.isEmpty()) {
         qInfo().noquote() << "Create" << index << "slice mesh" << body.name << "break, shapes is empty";
         return CDT();
     }
-
     // One pitch, from angle 0, of the body turned back by its displacement.
-    const double margin = 1.0;
-    const servoce::shape sector =
-        servoce::cylinder(m_settings.sectorRadius, body.top - body.bottom + 2 * margin,
-                          qDegreesToRadians(body.pitch), false)
-            .transformed(servoce::rotateZ(qDegreesToRadians(body.displacement)))
-            .translated(0.0, 0.0, body.bottom - margin);
-    tbb::parallel_for(std::size_t(0), shapes.size(), [&shapes, &sector](std::size_t i) {
-        shapes[i] = servoce::make_intersect(shapes[i], sector, false);
-    });
-    ShapeList pitch(shapes.cbegin(), shapes.cend());
+    ShapeList pitch = ShapeList::of(body.pieces).cutToSector(m_settings.sectorRadius, body.bottom, body.top,
+                                         qDegreesToRadians(body.displacement), qDegreesToRadians(body.pitch));
     if (!Numeric::isZero(body.displacement))
         pitch = pitch.rotatedZ(-qDegreesToRadians(body.displacement));
     Shape2DList lines = CylindricalSectionCreater(radius, m_settings.height, m_settings.sizeLimit).create(pitch);
