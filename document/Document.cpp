@@ -294,6 +294,36 @@ SimDomain Document::simDomain() const
     return m_stator->simDomain();
 }
 
+namespace {
+
+bool atOrBelow(double a, double b)
+{
+    return a < b || qFuzzyCompare(a, b);
+}
+
+} // namespace
+
+quint32 Document::scopeAt(const QPointF &point) const
+{
+    const double z = point.y();
+    // A gap belongs half to each of its two bodies.
+    const auto holds = [this, z](const MotorItem *item, const Airgap *below, const Airgap *above) {
+        const QPair<double, double> range = item->range();
+        const double low = below ? below->posMiddle() : range.first;
+        const double high = above ? above->posMiddle() : range.second;
+        return atOrBelow(low, z) && atOrBelow(z, high);
+    };
+    for (const MotorItem *item : m_stator->activeItems()) {
+        if (holds(item, airgapOfStatorItem(item->id(), 1), airgapOfStatorItem(item->id(), 2)))
+            return item->scope();
+    }
+    for (const MotorItem *item : m_rotor->activeItems()) {
+        if (holds(item, airgapOfRotorItem(item->id(), 1), airgapOfRotorItem(item->id(), 2)))
+            return item->scope();
+    }
+    return 0;
+}
+
 double Document::simRadialOuterDomain() const
 {
     return m_stator->simRadialOuterDomain();

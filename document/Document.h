@@ -8,6 +8,7 @@
 #include <QMutex>
 #include <QObject>
 #include <QPair>
+#include <QPointF>
 #include <QVariant>
 #include <QVector>
 #include <memory>
@@ -144,6 +145,10 @@ public:
     double height() const;
     SimDomain simDomain() const;
     double simRadialOuterDomain() const;
+    // The body flag of the body whose axial range, grown on each side to the
+    // middle of its gap, holds the point's ordinate (the axial position);
+    // stator bodies are asked first. 0 outside the machine.
+    quint32 scopeAt(const QPointF &point) const;
 
     // Configuration script: the program's own unless this design is given another.
     QString configScriptFile() const { return m_configScriptFile; }

@@ -8,6 +8,7 @@
 #include <CGAL/Triangulation_data_structure_2.h>
 #include <QDebug>
 #include <algorithm>
+#include <map>
 #include <cmath>
 #include <stdexcept>
 #include <unordered_map>
@@ -443,4 +444,61 @@ void CDT::markDomain()
 {
     Mesher mesher(d->tr, Criteria(0.0125, 0.0));
     mesher.init(false);
+}
+
+namespace {
+
+// The direction of a side folded into [0, 180] degrees.
+double sideAngle(const Point &a, const Point &b)
+{
+    double angle = std::atan2(b.y() - a.y(), b.x() - a.x()) * 180.0 / M_PI;
+    if (angle < 0.0)
+        angle += 360.0;
+    return angle > 180.0 ? angle - 180.0 : angle;
+}
+
+bool alongAnAxis(double angle)
+{
+    return angle <= 5.0 || (angle >= 85.0 && angle <= 95.0) || angle >= 175.0;
+}
+
+} // namespace
+
+void CDT::alignBand(double y0, double y1, double slope)
+{
+    std::map<double, FaceHandle> band;
+    for (const FaceHandle face : d->tr.finite_face_handles()) {
+        if (!face->is_in_domain())
+            continue;
+        const Point centroid = CGAL::centroid(face->vertex(0)->point(), face->vertex(1)->point(),
+                                              face->vertex(2)->point());
+        if (y0 < centroid.y() && centroid.y() < y1)
+            band[centroid.x()] = face;
+    }
+    int count = 0;
+    for (const auto &entry : band) {
+        FaceHandle face = entry.second;
+        const int visit = count++;
+        if (visit % 2 != 0)
+            continue;
+        const double target = (visit / 2) % 2 == 0 ? slope : 180.0 - slope;
+        for (int i = 0; i < 3; ++i) {
+            const Point &a = face->vertex(Triangulation::ccw(i))->point();
+            const Point &b = face->vertex(Triangulation::cw(i))->point();
+            const double angle = sideAngle(a, b);
+            if (alongAnAxis(angle) || (angle > target - 30.0 && angle < target + 30.0))
+                continue;
+            const FaceHandle other = face->neighbor(i);
+            // A flip must leave two faces of the domain, counter-clockwise.
+            if (face->is_constrained(i) || d->tr.is_infinite(other) || !other->is_in_domain())
+                break;
+            const Point &c = face->vertex(i)->point();
+            const Point &e = other->vertex(other->index(face))->point();
+            if (CGAL::orientation(c, e, a) == CGAL::orientation(c, e, b) || CGAL::orientation(c, e, a) == CGAL::COLLINEAR
+                || CGAL::orientation(c, e, b) == CGAL::COLLINEAR)
+                break;
+            d->tr.flip(face, i);
+            break;
+        }
+    }
 }

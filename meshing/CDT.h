@@ -101,6 +101,11 @@ public:
     int refine(double aspectBound, double sizeBound, int stepLimit);
     // Marks the faces within the outer constraints as the domain, without refining.
     void markDomain();
+    // Turns the faces of the domain whose centroid lies strictly between the two
+    // ordinates towards a lattice: taken by abscissa, every second face flips its
+    // first free side that strays 30 degrees or more from the diagonal, which
+    // rises by slope degrees and falls by it in turn. Sides along the axes stay.
+    void alignBand(double y0, double y1, double slope);
 
 private:
     struct Private;

@@ -3,16 +3,24 @@
 #include <CGAL/exceptions.h>
 #include <QDataStream>
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QMetaEnum>
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "base/Assign.h"
+#include "base/Numeric.h"
 #include "base/ScriptConsole.h"
+#include "base/Tbb.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
+#include "geometry/MotorItem.h"
 #include "geometry/Rotor.h"
+#include "geometry/SimDomain.h"
 #include "geometry/Stator.h"
+#include "meshing/SliceGeometry.h"
+#include "meshing/SliceMesher.h"
 
 namespace {
 
@@ -41,10 +49,94 @@ QString boundaryConditionName(Document::BoundaryCondition condition)
     return QString::fromLatin1(QMetaEnum::fromType<Document::BoundaryCondition>().valueToKey(condition));
 }
 
+std::optional<QPair<double, double>> rangeOf(const Airgap *gap)
+{
+    if (!gap)
+        return std::nullopt;
+    return qMakePair(gap->posBottom(), gap->posTop());
+}
+
+// The pieces of one body, out of those of the machine.
+PieceList piecesOf(const MotorItem *item, const PieceList &pieces)
+{
+    PieceList own;
+    for (const Piece &piece : pieces) {
+        if (piece.scope() == item->scope())
+            own.append(piece);
+    }
+    return own;
+}
+
+std::optional<GapRows> gapRows(const Airgap *gap)
+{
+    if (!gap)
+        return std::nullopt;
+    return GapRows{gap->posBottom(), gap->posTop(), gap->numberLayers()};
+}
+
+// Which bodies of each machine type are meshed: -1 not, 0 alone, else with the
+// body of that id as its image in the central plane. A symmetric machine is
+// meshed on one side of that plane.
+struct MeshedItems
+{
+    int stator[3];
+    int rotor[3];
+};
+
+const MeshedItems meshedItems[] = {
+    {{-1, -1, -1}, {-1, -1, -1}}, // UnknownType
+    {{0, 0, 0}, {0, 0, 0}},       // SR
+    {{2, -1, -1}, {0, -1, -1}},   // SRS
+    {{3, 0, -1}, {2, -1, -1}},    // SRSRS
+    {{0, -1, -1}, {2, -1, -1}},   // RSR
+    {{2, -1, -1}, {3, 0, -1}},    // RSRSR
+};
+
+MeshBody meshBody(const MotorItem *item, const PieceList &pieces, double pitch, double height, bool symmetric,
+                  const Airgap *below, const Airgap *above)
+{
+    MeshBody body;
+    body.name = item->objectName();
+    body.pieces = piecesOf(item, pieces);
+    body.displacement = item->relativeDisplacement();
+    const QPair<double, double> range = item->range();
+    body.bottom = range.first;
+    body.top = range.second;
+    body.pitch = pitch;
+    // In a symmetric machine a body on the central plane is its own image there.
+    const bool centre = symmetric && range.first < height / 2 - Numeric::zeroTolerance
+                        && range.second > height / 2 + Numeric::zeroTolerance;
+    body.mirrored = centre || item->isMiddle();
+    body.middle = item->isMiddle() ? (range.first + range.second) / 2 : height / 2;
+    body.gapBelow = gapRows(below);
+    body.gapAbove = gapRows(above);
+    return body;
+}
+
+SliceBody sliceBody(const MotorItem *item, double pitch, const Airgap *below, const Airgap *above,
+                    const PieceList &pieces)
+{
+    SliceBody body;
+    body.name = item->objectName();
+    body.scope = item->scope();
+    body.pieces = piecesOf(item, pieces);
+    body.displacement = item->relativeDisplacement();
+    body.pitch = pitch;
+    body.middle = item->isMiddle();
+    const QPair<double, double> range = item->range();
+    body.bottom = range.first;
+    body.top = range.second;
+    body.gapBelow = rangeOf(below);
+    body.gapAbove = rangeOf(above);
+    return body;
+}
+
 } // namespace
 
 Mesh::Mesh(Document *document)
     : CoreMotorElement(document)
+    , m_geometrySlices(m_numberSlices)
+    , m_meshSlices(m_numberSlices)
     , m_console(new ScriptConsole(ScriptConsole::Mesh, this))
 {
     setObjectName(QStringLiteral("mesh"));
@@ -137,6 +229,7 @@ void Mesh::setNumberSlices(int numberSlices)
         return;
     m_numberSlices = limited;
     clearGeometry();
+    clearMeshes();
     // The slices cut the pieces at other radii.
     document()->stator()->clearCashPieces();
     document()->rotor()->clearCashPieces();
@@ -169,20 +262,214 @@ void Mesh::setMeshModified(bool modified)
         emit meshModifiedChanged(modified);
     }
     // A change after the last build makes that build stale.
-    if (m_meshModified && !m_meshInvalid)
+    if (m_meshModified && !m_meshInvalid) {
         clearGeometry();
+        clearMeshes();
+    }
 }
 
 void Mesh::setMeshInvalid(bool invalid)
 {
+    if (invalid && !m_meshInvalid) {
+        clearGeometry();
+        clearMeshes();
+    }
     m_meshInvalid = invalid;
+}
+
+double Mesh::radialOuterRadius() const
+{
+    const Document *doc = document();
+    const double outer = doc->simRadialOuterDomain();
+    return Numeric::isZero(outer) ? qMax(doc->stator()->outerRadius(), doc->rotor()->outerRadius()) : outer;
 }
 
 void Mesh::clearGeometry()
 {
-    // No slice geometry or triangulation is held yet: what remains is the mark
-    // that the meshes must be rebuilt.
-    setMeshInvalid(true);
+    m_geometrySlices = QVector<GeometryData>(m_numberSlices);
+    m_geometryRadial = GeometryData();
+    m_meshInvalid = true;
+}
+
+void Mesh::clearMeshes()
+{
+    m_meshSlices = QVector<CDT>(m_numberSlices);
+}
+
+void Mesh::createMeshSlices()
+{
+    if (!m_meshInvalid)
+        return;
+    m_meshInvalid = false;
+    m_meshing = true;
+    if (m_meshErrors) {
+        m_meshErrors = {};
+        emit meshErrorsChanged(m_meshErrors);
+    }
+    emit generateMeshStart();
+    QElapsedTimer timer;
+    timer.start();
+
+    m_meshSlices = QVector<CDT>(m_numberSlices);
+    if (checkMachine()) {
+        const SliceMesher mesher(meshSettings(), meshBodies(),
+                                 [this](const QString &text, const CGAL::Failure_exception *failure) {
+                                     onError(text, failure);
+                                 });
+        const QList<double> radii = sliceRadii();
+        // Each task writes its own entry only.
+        CDT *slices = m_meshSlices.data();
+        tbb::parallel_for(0, int(radii.size()), [slices, &mesher, &radii](int index) {
+            slices[index] = mesher.slice(index, radii.at(index));
+        });
+    }
+
+    qDebug() << "Create mesh finished at" << timer.elapsed() << "ms";
+    m_meshing = false;
+    emit generateMeshFinished();
+}
+
+QList<double> Mesh::sliceRadii() const
+{
+    const SimDomain domain = document()->simDomain();
+    return SliceGeometry::sliceRadii(domain.inner, domain.outer, m_numberSlices);
+}
+
+QList<double> Mesh::sliceWidths() const
+{
+    const SimDomain domain = document()->simDomain();
+    return SliceGeometry::sliceWidths(domain.inner, domain.outer, m_numberSlices);
+}
+
+double Mesh::maxSectionSize() const
+{
+    return qMin(document()->airgap(Airgap::ID1)->thickness() / 3.0, m_sizeBound);
+}
+
+bool Mesh::checkMachine()
+{
+    Document *doc = document();
+    const SimDomain domain = doc->simDomain();
+    if (domain.inner < 0.0 || domain.outer - domain.inner <= Numeric::zeroTolerance) {
+        onError(tr("Critical error while building mesh: the slices' radii %1 to %2 mm lie outside the machine")
+                    .arg(domain.inner)
+                    .arg(domain.outer));
+        return false;
+    }
+    for (const Airgap *gap : doc->airgaps()) {
+        if (gap->thickness() <= Numeric::zeroTolerance) {
+            onError(tr("Critical error while building mesh: air gap %1 has no thickness").arg(gap->id()));
+            return false;
+        }
+    }
+    // The domain comes from the stator's script, which may not have drawn what it says.
+    const QPair<double, double> reach = doc->pieces().radialRange();
+    for (const double radius : sliceRadii()) {
+        if (radius < reach.first - Numeric::zeroTolerance || radius > reach.second + Numeric::zeroTolerance) {
+            onError(tr("Critical error while building mesh: the slice radius %1 mm lies outside the machine")
+                        .arg(radius));
+            return false;
+        }
+    }
+    return true;
+}
+
+SliceMachine Mesh::sliceMachine()
+{
+    Document *doc = document();
+    SliceMachine machine;
+    machine.pieces = doc->pieces();
+    qDebug() << "Pieces initialized";
+    for (const MotorItem *item : doc->stator()->activeItems()) {
+        machine.bodies.append(sliceBody(item, doc->stator()->slotAngleSpan(), doc->airgapOfStatorItem(item->id(), 1),
+                                        doc->airgapOfStatorItem(item->id(), 2), machine.pieces));
+    }
+    for (const MotorItem *item : doc->rotor()->activeItems()) {
+        machine.bodies.append(sliceBody(item, doc->rotor()->poleAngleSpan(), doc->airgapOfRotorItem(item->id(), 1),
+                                        doc->airgapOfRotorItem(item->id(), 2), machine.pieces));
+    }
+    machine.periodicity = doc->periodicity();
+    machine.angleSpan = doc->periodicityAngleSpan();
+    machine.sectorRadius = 1.1 * qMax(doc->stator()->outerRadius(), doc->rotor()->outerRadius());
+    machine.height = doc->height();
+    machine.sizeLimit = maxSectionSize();
+    machine.scopeAt = [doc](const QPointF &point) { return doc->scopeAt(point); };
+    return machine;
+}
+
+MeshSettings Mesh::meshSettings() const
+{
+    const Document *doc = document();
+    MeshSettings settings;
+    settings.height = doc->height();
+    settings.angleSpan = doc->periodicityAngleSpan();
+    settings.sectorRadius = 1.1 * qMax(doc->stator()->outerRadius(), doc->rotor()->outerRadius());
+    settings.sizeLimit = maxSectionSize();
+    settings.sizeBound = m_sizeBound;
+    settings.airgapQuality = m_airgapQuality;
+    for (const Airgap *gap : doc->airgaps())
+        settings.gaps.append(*gapRows(gap));
+    return settings;
+}
+
+QVector<MeshBody> Mesh::meshBodies()
+{
+    Document *doc = document();
+    const PieceList pieces = doc->pieces();
+    const double height = doc->height();
+    const Machine::Type type = doc->machineType();
+    QVector<MeshBody> bodies;
+    const auto add = [&](const QVector<MotorItem *> &items, const int (&partners)[3], double pitch, bool stator) {
+        for (const MotorItem *item : items) {
+            const int partner = partners[item->id() - 1];
+            if (partner < 0)
+                continue;
+            const int id = item->id();
+            MeshBody body = meshBody(item, pieces, pitch, height, type != Machine::SR,
+                                     stator ? doc->airgapOfStatorItem(id, 1) : doc->airgapOfRotorItem(id, 1),
+                                     stator ? doc->airgapOfStatorItem(id, 2) : doc->airgapOfRotorItem(id, 2));
+            if (partner > 0)
+                body.partnerDisplacement = items.at(partner - 1)->relativeDisplacement();
+            bodies.append(body);
+        }
+    };
+    const MeshedItems &meshed = meshedItems[type];
+    add(doc->stator()->activeItems(), meshed.stator, doc->stator()->slotAngleSpan(), true);
+    add(doc->rotor()->activeItems(), meshed.rotor, doc->rotor()->poleAngleSpan(), false);
+    return bodies;
+}
+
+void Mesh::createGeometrySlices()
+{
+    if (m_geometrySlices.size() == m_numberSlices && !m_geometrySlices.first().subdomains.isEmpty())
+        return;
+    QElapsedTimer timer;
+    timer.start();
+    m_generatingGeometry = true;
+    emit generateGeomertyStart();
+    qDebug() << "Start create geometry";
+
+    m_geometrySlices = QVector<GeometryData>(m_numberSlices);
+    if (checkMachine()) {
+        const SliceGeometry geometry(sliceMachine());
+        const QList<double> radii = sliceRadii();
+        const SimDomain domain = document()->simDomain();
+        qDebug() << "Start create geometry slices";
+        // Each task writes its own entry only; the radial cut goes beside the slices.
+        GeometryData *slices = m_geometrySlices.data();
+        tbb::task_group group;
+        group.run([this, &geometry, &domain] {
+            m_geometryRadial = geometry.createRadial(radialOuterRadius(), domain.inner, domain.outer);
+        });
+        tbb::parallel_for(0, int(radii.size()), [slices, &geometry, &radii](int index) {
+            slices[index] = geometry.createSlice(radii.at(index));
+        });
+        group.wait();
+    }
+
+    m_generatingGeometry = false;
+    emit generateGeomertyFinished();
+    qDebug() << "Create geometry finished at" << timer.elapsed() << "ms";
 }
 
 void Mesh::onError(QString text, const CGAL::Failure_exception *failure)
@@ -199,6 +486,7 @@ void Mesh::onError(QString text, const CGAL::Failure_exception *failure)
     }
     m_console->error(text);
     qCritical().noquote() << text;
+    const QMutexLocker locker(&m_errorMutex);
     if (m_meshErrors.testFlag(CoreMotorElement::MeshBuildFailed))
         return;
     m_meshErrors |= CoreMotorElement::MeshBuildFailed;

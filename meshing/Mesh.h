@@ -1,12 +1,21 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QVariantMap>
+#include <QVector>
+
+#include <QMutex>
 
 #include "document/CoreMotorElement.h"
+#include "meshing/CDT.h"
+#include "meshing/GeometryData.h"
 
 class QDataStream;
 class ScriptConsole;
+struct SliceMachine;
+struct MeshBody;
+struct MeshSettings;
 
 namespace CGAL {
 class Failure_exception;
@@ -65,6 +74,28 @@ public:
     // Drops what was made from the document's pieces.
     void clearGeometry();
 
+    // The radius of each slice, from the inner radius of the active domain out.
+    QList<double> sliceRadii() const;
+    // The radial width of each slice, the axial length of its flat problem.
+    QList<double> sliceWidths() const;
+    // The chord limit of the sections: a third of the air gap, at most the size bound.
+    double maxSectionSize() const;
+    // The regions of every slice, cut in parallel; kept until the geometry is cleared.
+    void createGeometrySlices();
+    // One entry a slice, empty until made.
+    const QVector<GeometryData> &geometrySlices() const { return m_geometrySlices; }
+    // The regions of the plane through the axis, empty until made.
+    const GeometryData &geometryRadial() const { return m_geometryRadial; }
+    // Where the radial model ends.
+    double radialOuterRadius() const;
+    // The triangles of every slice over the period, when the meshes are invalid;
+    // returns when all are done.
+    void createMeshSlices();
+    // One entry a slice, empty until made.
+    const QVector<CDT> &meshSlices() const { return m_meshSlices; }
+    // Drops the triangulations.
+    void clearMeshes();
+
     MeshErrors meshErrors() const { return m_meshErrors; }
     void onError(QString text, const CGAL::Failure_exception *failure = nullptr);
     QString elementErrors() const;
@@ -99,6 +130,13 @@ private:
     template <typename Signal>
     void announce(Signal signal);
     double automaticSizeBound() const;
+    // False, with the reason reported, when the machine cannot be cut into slices.
+    bool checkMachine();
+    // The machine as the slices see it.
+    SliceMachine sliceMachine();
+    // The bodies that are meshed, each with its mirror image in a symmetric machine.
+    QVector<MeshBody> meshBodies();
+    MeshSettings meshSettings() const;
 
     bool m_autoSizeBound = true;
     double m_sizeBound = 10.0;
@@ -116,5 +154,10 @@ private:
     bool m_meshModified = false;
     bool m_meshInvalid = true;
     MeshErrors m_meshErrors;
+    QVector<GeometryData> m_geometrySlices;
+    GeometryData m_geometryRadial;
+    QVector<CDT> m_meshSlices;
+    // Steps of several slices may fail at once.
+    QMutex m_errorMutex;
     ScriptConsole *m_console;
 };

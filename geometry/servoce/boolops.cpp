@@ -4,6 +4,8 @@
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepAlgoAPI_Fuse.hxx>
 #include <BRepAlgoAPI_Section.hxx>
+#include <BOPTools_AlgoTools.hxx>
+#include <IntTools_Context.hxx>
 #include <Message_Report.hxx>
 #include <QDebug>
 #include <TopTools_ListOfShape.hxx>
@@ -159,6 +161,18 @@ shape makeUnion(const QList<shape> &shapes, bool simplify)
 shape unwrap(const shape &wrapped)
 {
     return guarded("unwrap", shape(), [&] { return shape(detail::unwrap(wrapped.Shape())); });
+}
+
+bool holds_point(const shape &solid, const point3 &point, double tolerance)
+{
+    return guarded("holds_point", false, [&] {
+        if (solid.is_null() || solid.Shape().ShapeType() != TopAbs_SOLID)
+            return false;
+        const Handle(IntTools_Context) context = new IntTools_Context();
+        const TopAbs_State state = BOPTools_AlgoTools::ComputeState(
+            gp_Pnt(point.x, point.y, point.z), TopoDS::Solid(solid.Shape()), tolerance, context);
+        return state == TopAbs_IN || state == TopAbs_ON;
+    });
 }
 
 } // namespace servoce

@@ -29,4 +29,8 @@ shape makeUnion(const QList<shape> &shapes, bool simplify);
 // other shape comes back as it is.
 shape unwrap(const shape &wrapped);
 
+// Whether the point lies in the solid or on its boundary, within the tolerance;
+// false for a shape that is not a solid.
+bool holds_point(const shape &solid, const point3 &point, double tolerance);
+
 } // namespace servoce

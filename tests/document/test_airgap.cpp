@@ -5,6 +5,7 @@
 #include "document/Document.h"
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
+#include "geometry/Piece.h"
 
 TEST(AirgapLayers, AnyGapSetsAllFourThroughTheMaster)
 {
@@ -79,6 +80,23 @@ TEST(AirgapPosition, CountsFromTheBottomOfTheFirstBody)
     EXPECT_DOUBLE_EQ(doc.airgap(1)->posBottom(), statorHeight);
     EXPECT_DOUBLE_EQ(doc.airgap(1)->posTop(), statorHeight + 3.0);
     EXPECT_DOUBLE_EQ(doc.airgap(1)->posMiddle(), statorHeight + 1.5);
+}
+
+// Each body reaches to the middle of its gaps; on a middle the stator is asked first.
+TEST(AirgapPosition, ScopeAtAHeightIsTheBodyUpToTheMiddleOfItsGaps)
+{
+    Document doc;
+    doc.setMachineType(Machine::RSR);
+    const double lowerMiddle = doc.airgap(1)->posMiddle();
+    const double upperMiddle = doc.airgap(2)->posMiddle();
+    EXPECT_EQ(doc.scopeAt({7.0, 0.0}), quint32(Piece::Rotor1));
+    EXPECT_EQ(doc.scopeAt({0.0, lowerMiddle - 1e-3}), quint32(Piece::Rotor1));
+    EXPECT_EQ(doc.scopeAt({0.0, lowerMiddle}), quint32(Piece::Stator1));
+    EXPECT_EQ(doc.scopeAt({0.0, upperMiddle}), quint32(Piece::Stator1));
+    EXPECT_EQ(doc.scopeAt({0.0, upperMiddle + 1e-3}), quint32(Piece::Rotor2));
+    EXPECT_EQ(doc.scopeAt({0.0, doc.height()}), quint32(Piece::Rotor2));
+    EXPECT_EQ(doc.scopeAt({0.0, doc.height() + 1.0}), 0u);
+    EXPECT_EQ(doc.scopeAt({0.0, -1.0}), 0u);
 }
 
 TEST(ErrorMessages, OneFlagOneMessage)

@@ -1,0 +1,268 @@
+#include "meshing/SliceMesher.h"
+
+#include <QDebug>
+#include <QElapsedTimer>
+#include <QThread>
+#include <QtMath>
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "base/Numeric.h"
+#include "base/Tbb.h"
+#include "meshing/CdtOperations.h"
+#include "meshing/GeometryGenerator.h"
+#include "meshing/SectionCreater.h"
+#include "meshing/ShapeList.h"
+
+namespace {
+
+// Length of a row segment per layer height and unit of quality: the side of an
+// equilateral triangle of that height.
+const double rowSideFactor = 2.0 / std::sqrt(3.0);
+
+const double aspectBound = 0.125;
+const int refinementSteps = 50000;
+
+// Rows of a gap that each side brings: the middle layer stays between them.
+int rowsOfSide(const GapRows &gap)
+{
+    return gap.layers / 2;
+}
+
+// Where the last copy of a replicated cell ends. Rows and sides end there to the
+// last bit: a seam whose vertices stray by rounding would be cut into slivers.
+double rightSeam(const CDT &cdt)
+{
+    double seam = 0.0;
+    for (const CDT::Vertex &vertex : cdt.snapshot().vertices)
+        seam = std::max(seam, vertex.point.x());
+    return seam;
+}
+
+void setAllVertices(CDT &cdt, CDT::VertexType type)
+{
+    for (const CDT::Vertex &vertex : cdt.snapshot().vertices)
+        cdt.setVertexType(vertex.point, type);
+}
+
+} // namespace
+
+SliceMesher::SliceMesher(MeshSettings settings, QVector<MeshBody> bodies, MeshStepError onError)
+    : m_settings(std::move(settings))
+    , m_bodies(std::move(bodies))
+    , m_onError(std::move(onError))
+{
+}
+
+double SliceMesher::periodWidth(double radius) const
+{
+    return radius * qDegreesToRadians(m_settings.angleSpan);
+}
+
+int SliceMesher::rowSegments(const GapRows &gap, double width) const
+{
+    const double side = gap.layerHeight() * m_settings.airgapQuality * rowSideFactor;
+    return std::max(1, int(std::lround(width / side)));
+}
+
+void SliceMesher::insertRows(CDT &cdt, const GapRows &gap, bool bodyBelowGap, int rows, double width) const
+{
+    const int count = rowSegments(gap, width);
+    const double step = width / count;
+    const double h = gap.layerHeight();
+    for (int k = 1; k <= rows; ++k) {
+        // Rows of the body below the gap rise from its lower end, those of the body above fall from its upper end.
+        const double y = bodyBelowGap ? gap.low + k * h : gap.high - k * h;
+        for (int i = 0; i < count; ++i) {
+            const double end = i + 1 == count ? width : (i + 1) * step;
+            cdt.insert_base_constraint(PointF(i * step, y), PointF(end, y), CDT::VertexBase);
+        }
+    }
+}
+
+CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
+{
+    const QString slice = QString::number(index + 1);
+    const auto step = [&](const char *text, auto &&work) {
+        return runMeshStep(QString::fromLatin1(text).arg(body.name, slice), m_onError, work);
+    };
+    const double halfPitch = radius * qDegreesToRadians(body.pitch) / 2.0;
+    const double width = periodWidth(radius);
+    const std::optional<GapRows> &below = body.gapBelow;
+    // A body mirrored in its middle takes its upper rows from the mirror.
+    const std::optional<GapRows> above = body.mirrored ? std::nullopt : body.gapAbove;
+
+    if (body.pieces.isEmpty()) {
+        qInfo().noquote() << "Create" << index << "slice mesh" << body.name << "break, shapes is empty";
+        return CDT();
+    }
+    // One pitch, from angle 0, of the body turned back by its displacement.
+    ShapeList pitch = ShapeList::of(body.pieces).cutToSector(m_settings.sectorRadius, body.bottom, body.top,
+                                         qDegreesToRadians(body.displacement), qDegreesToRadians(body.pitch));
+    if (!Numeric::isZero(body.displacement))
+        pitch = pitch.rotatedZ(-qDegreesToRadians(body.displacement));
+    Shape2DList lines = CylindricalSectionCreater(radius, m_settings.height, m_settings.sizeLimit).create(pitch);
+
+    // Lines on the cuts of the cell go with the constraints there and come back after mirroring.
+    Shape2DList kept;
+    if (body.mirrored) {
+        kept += lines.linesAtOrdinate(body.middle);
+        lines.appendLine({0.0, body.middle}, {halfPitch, body.middle});
+    }
+    // One layer into each gap, where the starting rows lie.
+    const double bottom = below ? body.bottom - below->layerHeight() : body.bottom;
+    const double top = above ? body.top + above->layerHeight() : body.top;
+    kept += lines.linesAtOrdinate(top);
+    kept += lines.linesAtOrdinate(bottom);
+    lines.appendLine({0.0, top}, {2 * halfPitch, top});
+    lines.appendLine({0.0, bottom}, {2 * halfPitch, bottom});
+    kept += lines.linesAtAbscissa(halfPitch);
+    lines.appendLine({0.0, top}, {0.0, bottom});
+    lines.appendLine({halfPitch, top}, {halfPitch, bottom});
+
+    Shape2DList quarter = GeometryGenerator().createGeometrySegments(lines, 1e-5, false, true).lines().leftOf(halfPitch);
+    if (body.mirrored)
+        quarter = quarter.below(body.middle);
+    Shape2DList faceLines;
+    if (below)
+        faceLines += quarter.linesAtOrdinate(below->high);
+    if (above)
+        faceLines += quarter.linesAtOrdinate(above->low);
+
+    CDT cdt;
+    step("Critical error while creating constrains mesh of %1 slice %2", [&] { cdt = cdt::createCDT(quarter); });
+    // Rows of the size of the gap's lattice, so that the triangles at the faces fit it.
+    step("Critical error while append mesh borders of %1 slice %2", [&] {
+        if (below)
+            insertRows(cdt, *below, false, 1, halfPitch);
+        if (above)
+            insertRows(cdt, *above, true, 1, halfPitch);
+    });
+    qDebug() << "createMesh(), mesh.number_of_vertices:" << cdt.numberOfVertices();
+
+    int steps = 0;
+    QElapsedTimer timer;
+    timer.start();
+    // The report names the steps made when the mesher gave up.
+    const MeshStepError refineError = [&](const QString &text, const CGAL::Failure_exception *failure) {
+        m_onError(text.arg(steps), failure);
+    };
+    const bool refined = runMeshStep(
+        QStringLiteral("Critical error while refining mesh of %1 slice %2 (%3)").arg(body.name, slice), refineError,
+        [&] { steps = cdt.refine(aspectBound, m_settings.sizeBound, refinementSteps); });
+    if (refined)
+        qInfo().noquote() << QStringLiteral("%1 mesh item refined in %2 ms / %3 step(s)")
+                                 .arg(body.name).arg(timer.elapsed()).arg(steps);
+
+    cdt::removeConstraintsAbscissas(cdt, {0.0, halfPitch});
+    setAllVertices(cdt, CDT::VertexBase);
+    // The starting rows have set the size at the faces; the rows of the whole period replace them.
+    const auto dropStartingRow = [&cdt](double face, double row, double h) {
+        cdt::removeConstraintsOrdinates(cdt, {row, face});
+        cdt::removeVerticesOrdinateRange(cdt, row - h / 10, row + h / 10, false, false);
+    };
+    if (below)
+        dropStartingRow(below->high, below->high - below->layerHeight(), below->layerHeight());
+    if (above)
+        dropStartingRow(above->low, above->low + above->layerHeight(), above->layerHeight());
+    cdt::addConstraints(cdt, faceLines);
+
+    step("Critical error while reflecting mesh of %1 slice %2", [&] { cdt.merge(cdt.reflectedAbscissa(halfPitch)); });
+    if (body.mirrored) {
+        runMeshStep(QStringLiteral("Critical error while reflecting rotor mesh."), m_onError, [&] {
+            cdt.merge(cdt.reflectedOrdinate(body.middle));
+            cdt::removeConstraintsOrdinates(cdt, {body.middle});
+        });
+    }
+    cdt::addConstraints(cdt, kept);
+    CDT period;
+    step("Critical error while replicating mesh of %1 slice %2",
+         [&] { period = cdt::replicated(cdt, 2 * halfPitch, width); });
+
+    double low = body.bottom;
+    double high = body.top;
+    step("Critical error while append mesh borders of %1 slice %2", [&] {
+        const double seam = std::abs(rightSeam(period) - width) <= 1e-6 ? rightSeam(period) : width;
+        if (body.gapBelow) {
+            insertRows(period, *body.gapBelow, false, rowsOfSide(*body.gapBelow), seam);
+            low -= rowsOfSide(*body.gapBelow) * body.gapBelow->layerHeight();
+        }
+        if (body.gapAbove) {
+            insertRows(period, *body.gapAbove, true, rowsOfSide(*body.gapAbove), seam);
+            high += rowsOfSide(*body.gapAbove) * body.gapAbove->layerHeight();
+        }
+        period.insert_base_constraint(PointF(0.0, low), PointF(0.0, high), CDT::VertexBase);
+        period.insert_base_constraint(PointF(seam, low), PointF(seam, high), CDT::VertexBase);
+    });
+    qDebug() << "tid:" << QThread::currentThreadId() << "Create" << index << "slice mesh" << body.name << "completed";
+    return period;
+}
+
+void SliceMesher::reorderAirgapEdges(CDT &cdt, const GapRows &gap) const
+{
+    if (gap.layers <= 3)
+        return;
+    const double h = gap.layerHeight();
+    const double bound = m_settings.sizeBound;
+    const double side = (std::abs(bound) > Numeric::zeroTolerance && bound <= h ? bound : h) * m_settings.airgapQuality
+                        * rowSideFactor;
+    const double slope = qRadiansToDegrees(std::atan(h / side));
+    for (int k = 1; k <= gap.layers - 2; ++k) {
+        // The middle band is the solver's own.
+        if (k == gap.layers / 2)
+            continue;
+        const double y0 = gap.low + k * h;
+        cdt.alignBand(y0, y0 + h, slope);
+    }
+}
+
+CDT SliceMesher::slice(int index, double radius) const
+{
+    const QString number = QString::number(index + 1);
+    std::vector<CDT> cells(std::size_t(m_bodies.size()));
+    tbb::parallel_for(std::size_t(0), cells.size(), [&](std::size_t i) {
+        const MeshBody &body = m_bodies.at(int(i));
+        qInfo().noquote() << "Info: Start create" << index << "slice mesh";
+        runMeshStep(QStringLiteral("Exception at createMesh(mesh) %1 indexSlice %2").arg(body.name).arg(index),
+                    m_onError, [&] { cells[i] = cell(body, index, radius); });
+    });
+
+    const double arc = radius * M_PI / 180.0;
+    const double y0 = m_settings.height / 2.0;
+    CDT result;
+    for (int i = 0; i < m_bodies.size(); ++i) {
+        const MeshBody &body = m_bodies.at(i);
+        const CDT &meshed = cells.at(std::size_t(i));
+        runMeshStep(QStringLiteral("Critical error while append mesh of %1 slice %2").arg(body.name, number),
+                    m_onError, [&] {
+                        result.merge(Numeric::isZero(body.displacement) ? meshed
+                                                                          : meshed.translated(body.displacement * arc));
+                        if (body.partnerDisplacement)
+                            result.merge(meshed.reflectedOrdinate(y0).translated(*body.partnerDisplacement * arc));
+                    });
+    }
+    qInfo().noquote() << "Info: Create" << index << "slice motor completed";
+
+    runMeshStep(QStringLiteral("Critical error while generating mesh slice %1").arg(number), m_onError,
+                [&] { result.markDomain(); });
+    for (const GapRows &gap : m_settings.gaps) {
+        runMeshStep(QStringLiteral("Critical error while reordering edges in airgap"), m_onError,
+                    [&] { reorderAirgapEdges(result, gap); });
+        QList<double> rows;
+        for (int k = 1; k < gap.layers; ++k)
+            rows.append(gap.low + k * gap.layerHeight());
+        cdt::markRowVertices(result, rows, CDT::VertexAirgapRow);
+    }
+    // The frames of the bodies are no boundary: faces join over the seams of the period.
+    const double width = periodWidth(radius);
+    for (const MeshBody &body : m_bodies) {
+        const double start = body.displacement * arc;
+        const double low = body.gapBelow ? body.bottom - rowsOfSide(*body.gapBelow) * body.gapBelow->layerHeight()
+                                         : body.bottom;
+        const double high = body.gapAbove ? body.top + rowsOfSide(*body.gapAbove) * body.gapAbove->layerHeight()
+                                          : body.top;
+        cdt::removeConstraintsInBox(result, {start, start + width}, low, high);
+    }
+    return result;
+}
