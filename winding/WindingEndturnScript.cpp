@@ -7,15 +7,21 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QMap>
 #include <QScopedValueRollback>
+#include <algorithm>
+#include <cmath>
 
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/QmlShape.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "base/Numeric.h"
+#include "base/Tbb.h"
 #include "base/ScriptConsole.h"
 #include "document/Document.h"
+#include "geometry/Piece.h"
 #include "geometry/servoce/curve.h"
+#include "materials/WindingMaterial.h"
 
 namespace {
 
@@ -294,4 +300,135 @@ bool WindingObject::takePath(int layoutNumber, Winding::Phase phase, const servo
     if (valid)
         endturn.path = wire;
     return valid && faultless;
+}
+
+namespace {
+
+// The coil side of one layer where it leaves the slot of the lowest number: its angle,
+// the height of its middle and the radii at which its section ends.
+struct SlotSectionRecord
+{
+    double angle = 0.0; // radians
+    double z = 0.0;
+    double innerRadius = 0.0;
+    double outerRadius = 0.0;
+};
+
+SlotSectionRecord measured(const servoce::shape &side)
+{
+    const servoce::boundbox around = side.bounding_box();
+    SlotSectionRecord record;
+    record.angle = std::atan2((around.ymin + around.ymax) / 2.0, (around.xmin + around.xmax) / 2.0);
+    // Turned onto the x axis, the section spans the radii along x.
+    const servoce::boundbox along = side.transformed(servoce::rotateZ(-record.angle)).bounding_box();
+    const double ym = (along.ymin + along.ymax) / 2.0;
+    record.z = (along.zmin + along.zmax) / 2.0;
+    record.innerRadius = std::hypot(along.xmin, ym);
+    record.outerRadius = std::hypot(along.xmax, ym);
+    return record;
+}
+
+Winding::CoilSide coilSide(int slot, int layer, double pitch, const SlotSectionRecord &record, double radius)
+{
+    Winding::CoilSide side;
+    side.slot = slot;
+    side.layer = layer;
+    side.angle = record.angle + slot * pitch;
+    side.center = {radius * std::cos(side.angle), radius * std::sin(side.angle), record.z};
+    return side;
+}
+
+Winding::Point3 plain(const servoce::point3 &point)
+{
+    return {point.x, point.y, point.z};
+}
+
+} // namespace
+
+void WindingObject::updateEndturns()
+{
+    if (!document()->isReady() || m_endturns)
+        return;
+    QVector<QVector<Winding::Endturns>> all(m_countLayouts);
+    const bool layoutsFilled = std::all_of(m_coilLayouts.cbegin(), m_coilLayouts.cbegin() + m_countLayouts,
+                                           [](const Winding::Layout &layout) {
+                                               return std::none_of(layout.cbegin(), layout.cend(),
+                                                                   [](const Winding::CoilList &list) {
+                                                                       return list.isEmpty();
+                                                                   });
+                                           });
+    if (layoutsFilled)
+        makeEndturns(all);
+    m_endturns = all;
+    emit endturnsChanged();
+}
+
+void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
+{
+    if (!m_engine)
+        loadEndturnScript();
+    // For each layout, the side of each layer in the slot of the lowest number; a body
+    // with coils on both faces numbers the layers of its second face on from the first.
+    QMap<int, QMap<int, QPair<int, servoce::shape>>> firstSides;
+    for (const Piece &piece : document()->pieces()) {
+        const auto *material = dynamic_cast<const WindingMaterial *>(piece.material().data());
+        if (!material)
+            continue;
+        QMap<int, QPair<int, servoce::shape>> &sides = firstSides[material->layout() - 1];
+        if (!sides.contains(material->layer()) || material->slot() < sides.value(material->layer()).first)
+            sides.insert(material->layer(), qMakePair(material->slot(), piece.shape()));
+    }
+    const int layers = effectiveNumberLayers();
+    const double pitch = 2.0 * M_PI / numberSlots();
+    const double coilRadius = 1.05 * qMax(m_widthWindingCoil, m_heightWindingCoil) / 2.0;
+    for (int index = 0; index < m_countLayouts; ++index) {
+        QVector<SlotSectionRecord> records;
+        for (const QPair<int, servoce::shape> &side : firstSides.value(index)) {
+            if (records.size() < layers)
+                records << measured(side.second);
+        }
+        if (records.size() < layers)
+            continue;
+        QVector<Winding::Endturns> coils;
+        const Winding::Layout &layout = m_coilLayouts.at(index);
+        for (int phase = Winding::A; phase < Winding::Count; ++phase) {
+            for (const Winding::Coil &coil : layout.at(phase)) {
+                if (coil.layerFrom >= layers || coil.layerTo >= layers)
+                    continue;
+                const SlotSectionRecord &from = records.at(coil.layerFrom);
+                const SlotSectionRecord &to = records.at(coil.layerTo);
+                Winding::Endturns ends;
+                ends.phase = Winding::Phase(phase);
+                ends.outer.kind = Winding::EndturnKind::Outer;
+                ends.outer.dir = coil.orientation;
+                ends.outer.begin = coilSide(coil.slotFrom, coil.layerFrom, pitch, from, from.outerRadius);
+                ends.outer.end = coilSide(coil.slotTo, coil.layerTo, pitch, to, to.outerRadius);
+                ends.inner.kind = Winding::EndturnKind::Inner;
+                ends.inner.dir = Winding::Coil::Orientation(-coil.orientation);
+                ends.inner.begin = coilSide(coil.slotTo, coil.layerTo, pitch, to, to.innerRadius);
+                ends.inner.end = coilSide(coil.slotFrom, coil.layerFrom, pitch, from, from.innerRadius);
+                coils << ends;
+            }
+        }
+        calcEndturnPaths(index + 1, records.first().innerRadius, records.first().outerRadius, coils);
+        tbb::parallel_for(0, int(coils.size()), [&coils](int k) {
+            for (Winding::Endturn *end : {&coils[k].inner, &coils[k].outer}) {
+                end->filaments.clear();
+                const std::vector<servoce::point3> points = servoce::deflection_points(end->path, 10.0);
+                for (size_t n = 1; n < points.size(); ++n)
+                    end->filaments.append({plain(points[n - 1]), plain(points[n])});
+            }
+        });
+        for (const Winding::Endturns &coil : coils) {
+            for (const Winding::Endturn *end : {&coil.inner, &coil.outer}) {
+                const QStringList faults = Winding::filamentFaults(end->filaments, end->kind, coilRadius,
+                                                                   Winding::endturnHeading(coil.phase, end->ends()));
+                for (const QString &fault : faults) {
+                    qCritical().noquote() << "Error:" << fault;
+                    m_console->error(fault);
+                }
+            }
+        }
+        all[index] = coils;
+    }
 }

@@ -8,6 +8,7 @@
 
 #include "QmlScripting/ConfigObject.h"
 #include "QmlScripting/JSEngine.h"
+#include "QmlScripting/ScriptDescribeList.h"
 #include "base/Assign.h"
 #include "base/Numeric.h"
 #include "base/ScriptConsole.h"
@@ -100,6 +101,12 @@ WindingObject::WindingObject(Document *document)
     connect(rotor, &Rotor::numberPolePairsChanged, this, &WindingObject::updateLayouts);
     connect(rotor, &Rotor::poleArrangementChanged, this, &WindingObject::updateLayouts);
     connect(this, &WindingObject::windingChanged, this, &WindingObject::updateWindingErrors);
+    connect(this, &WindingObject::endturnsChanged, this, [this] {
+        if (!hasWindingPieces())
+            return;
+        updateWireLength();
+        updatePhaseResistance();
+    });
 
     // An automatic layout follows from the settings from the start; the document isn't
     // built far enough yet to be told.
@@ -176,6 +183,7 @@ void WindingObject::setNumberTurns(int numberTurns)
     m_numberTurns = numberTurns;
     announce(&WindingObject::numberTurnsChanged);
     followWireCount();
+    updateWireLength();
 }
 
 void WindingObject::setStrandsConductor(int strands)
@@ -403,6 +411,7 @@ void WindingObject::updatePhaseResistance()
     const Stator *stator = document()->stator();
     if (!m_autoCalcPhaseResistance || stator->windingMaterial().isEmpty())
         return;
+    updateEndturns();
     m_phaseResistances = {};
     const MaterialConductorDescribe *material =
         MaterialConductorEngine::instance().describe(stator->windingMaterial());
@@ -665,9 +674,14 @@ QVector<Winding::SlotMark> WindingObject::slotMarks(int layoutIndex) const
 
 void WindingObject::setEndturnsScript(const QString &script)
 {
-    if (script == m_endturnsScript)
+    const QString catalogued = ScriptDescribeList::endturns().findScript(script).script();
+    const QString name = catalogued.isEmpty() ? script : catalogued;
+    if (name == m_endturnsScript)
         return;
-    m_endturnsScript = script;
+    m_endturnsScript = name;
+    // The next end turns read the new file into a new engine.
+    m_engine.reset();
+    m_scriptLoaded = false;
     announce(&WindingObject::endturnsScriptChanged);
     dropEndturns();
     markGeometryModified(document());
@@ -819,8 +833,32 @@ void WindingObject::setEndturnShapeGenerated(bool generated, bool markModified)
 
 void WindingObject::dropEndturns()
 {
-    // Of the end turns only the mark of their generated shapes is held so far.
+    m_endturns.reset();
     setEndturnShapeGenerated(false, false);
+}
+
+void WindingObject::updateWireLength()
+{
+    if (!m_endturns || m_endturns->isEmpty())
+        return;
+    QVector<Winding::CoilLength> coils;
+    for (const Winding::Endturns &coil : m_endturns->first()) {
+        const Winding::Point3 &a = coil.outer.begin.center;
+        const Winding::Point3 &b = coil.inner.end.center;
+        // An empty path has no length.
+        auto pathLength = [](const servoce::shape &path) { return path.is_null() ? 0.0 : path.length(); };
+        coils << Winding::CoilLength{coil.phase, pathLength(coil.outer.path), pathLength(coil.inner.path),
+                                     std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y)
+                                               + (a.z - b.z) * (a.z - b.z))};
+    }
+    m_phaseWireLengths = Winding::phaseWireLengths(coils, m_numberTurns);
+    const double length = m_phaseWireLengths[Winding::A] + m_phaseWireLengths[Winding::B]
+                          + m_phaseWireLengths[Winding::C];
+    if (qAbs(length - m_wireLength) <= 1e-5)
+        return;
+    m_wireLength = length;
+    announce(&WindingObject::wireLengthChanged);
+    updatePhaseResistance();
 }
 
 void WindingObject::setMethodCalcEndInductance(const QString &text)

@@ -5,6 +5,7 @@
 #include <QVector>
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "document/CoreMotorElement.h"
 #include "geometry/Endturn.h"
@@ -178,6 +179,16 @@ public:
     bool calcEndturnPaths(int layoutNumber, double innerRadius, double outerRadius,
                           QVector<Winding::Endturns> &coils);
 
+    // Makes the coil ends of every layout and asks the script for their paths, once the
+    // document is ready and as long as none are kept.
+    void updateEndturns();
+    bool hasEndturns() const { return m_endturns.has_value(); }
+    // One list of coils for each layout; empty lists when the layouts or pieces are.
+    QVector<QVector<Winding::Endturns>> endturns() const { return m_endturns.value_or(QVector<QVector<Winding::Endturns>>()); }
+    // The wire of each phase from the end turns of the first layout.
+    void updateWireLength();
+    std::array<double, Winding::Count> phaseWireLengths() const { return m_phaseWireLengths; }
+
     bool isEndturnShapeGenerated() const { return m_generateShapes; }
     void setEndturnShapeGenerated(bool generated, bool markModified = true);
     // Any change of what the end turns rest on makes them stale.
@@ -287,6 +298,7 @@ private:
     void storeSlotFillFactor(double factor);
     void giveHeightsTheirDefault();
     void endturnScriptFailure(const QString &message) const;
+    void makeEndturns(QVector<QVector<Winding::Endturns>> &all);
     QJSValue endturnsToScript(const QVector<Winding::Endturns> &coils) const;
     // Takes the script's path of one coil end; false when it had a fault to report.
     bool takePath(int layoutNumber, Winding::Phase phase, const servoce::shape &path, Winding::Endturn &endturn) const;
@@ -355,6 +367,8 @@ private:
     WindingErrors m_windingErrors;
     WindingErrors m_windingWarnings;
     bool m_generateShapes = false;
+    // Absent: the end turns must be made.
+    std::optional<QVector<QVector<Winding::Endturns>>> m_endturns;
     double m_widthWindingCoil = 0.0;
     double m_heightWindingCoil = 0.0;
 };
