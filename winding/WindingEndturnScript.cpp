@@ -338,11 +338,6 @@ Winding::CoilSide coilSide(int slot, int layer, double pitch, const SlotSectionR
     return side;
 }
 
-Winding::Point3 plain(const servoce::point3 &point)
-{
-    return {point.x, point.y, point.z};
-}
-
 } // namespace
 
 void WindingObject::updateEndturns()
@@ -416,7 +411,7 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
                 end->filaments.clear();
                 const std::vector<servoce::point3> points = servoce::deflection_points(end->path, 10.0);
                 for (size_t n = 1; n < points.size(); ++n)
-                    end->filaments.append({plain(points[n - 1]), plain(points[n])});
+                    end->filaments.append({plainPoint(points[n - 1]), plainPoint(points[n])});
             }
         });
         for (const Winding::Endturns &coil : coils) {

@@ -184,7 +184,10 @@ public:
     void updateEndturns();
     bool hasEndturns() const { return m_endturns.has_value(); }
     // One list of coils for each layout; empty lists when the layouts or pieces are.
-    QVector<QVector<Winding::Endturns>> endturns() const { return m_endturns.value_or(QVector<QVector<Winding::Endturns>>()); }
+    QVector<QVector<Winding::Endturns>> endturns() const
+    {
+        return m_endturns.value_or(QVector<QVector<Winding::Endturns>>());
+    }
     // The wire of each phase from the end turns of the first layout.
     void updateWireLength();
     std::array<double, Winding::Count> phaseWireLengths() const { return m_phaseWireLengths; }
