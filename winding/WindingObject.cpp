@@ -7,16 +7,23 @@
 #include <algorithm>
 
 #include "QmlScripting/ConfigObject.h"
+#include "QmlScripting/JSEngine.h"
+#include "QmlScripting/ScriptDescribeList.h"
+#include "base/Assign.h"
 #include "base/Numeric.h"
 #include "base/ScriptConsole.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
+#include "geometry/StatorItem.h"
+#include "materials/AbstractMaterial.h"
+#include "materials/MaterialConductorEngine.h"
 #include "winding/LayoutFaces.h"
 #include "winding/LayoutGenerator.h"
 #include "winding/LayoutSignature.h"
 #include "winding/WindingFactor.h"
+#include "winding/WireGauge.h"
 
 namespace {
 
@@ -77,17 +84,38 @@ WindingObject::WindingObject(Document *document)
     connect(stator, &Stator::numberSlotsChanged, this, [this] {
         limitCoilSpan();
         updateLayouts();
+        updateWireDiameter();
+        updateFillFactors();
     });
-    connect(stator, &Stator::piecesReady, this, &WindingObject::updateLayouts);
+    connect(stator, &Stator::piecesReady, this, [this] {
+        updateLayouts();
+        updateFillFactors();
+        updateWireDiameter();
+    });
+    connect(stator, &Stator::windingTemperatureChanged, this, &WindingObject::updatePhaseResistance);
+    connect(stator, &Stator::windingMaterialChanged, this, &WindingObject::updatePhaseResistance);
+    connect(firstStatorItem(), &StatorItem::areaWindingSlotChanged, this, [this] {
+        updateWireDiameter();
+        giveHeightsTheirDefault();
+    });
     connect(rotor, &Rotor::numberPolePairsChanged, this, &WindingObject::updateLayouts);
     connect(rotor, &Rotor::poleArrangementChanged, this, &WindingObject::updateLayouts);
     connect(this, &WindingObject::windingChanged, this, &WindingObject::updateWindingErrors);
+    connect(this, &WindingObject::endturnsChanged, this, [this] {
+        if (!hasWindingPieces())
+            return;
+        updateWireLength();
+        updatePhaseResistance();
+    });
 
     // An automatic layout follows from the settings from the start; the document isn't
     // built far enough yet to be told.
     fillBaseLayout();
     makeLayouts();
 }
+
+// The engine is complete here.
+WindingObject::~WindingObject() = default;
 
 template <typename Signal>
 void WindingObject::announce(Signal signal)
@@ -144,6 +172,8 @@ void WindingObject::setParallelPaths(int parallelPaths)
     m_parallelPaths = parallelPaths;
     announce(&WindingObject::parallelPathsChanged);
     updateLayouts();
+    followWireCount();
+    updatePhaseResistance();
 }
 
 void WindingObject::setNumberTurns(int numberTurns)
@@ -152,6 +182,8 @@ void WindingObject::setNumberTurns(int numberTurns)
         return;
     m_numberTurns = numberTurns;
     announce(&WindingObject::numberTurnsChanged);
+    followWireCount();
+    updateWireLength();
 }
 
 void WindingObject::setStrandsConductor(int strands)
@@ -160,6 +192,16 @@ void WindingObject::setStrandsConductor(int strands)
         return;
     m_strandsConductor = strands;
     announce(&WindingObject::strandsConductorChanged);
+    followWireCount();
+    updatePhaseResistance();
+}
+
+void WindingObject::followWireCount()
+{
+    if (m_wireSizeMethod == Winding::FillFactor)
+        updateWireDiameter();
+    else
+        updateFillFactors();
 }
 
 void WindingObject::rememberWireSize()
@@ -188,10 +230,15 @@ void WindingObject::setWireSizeMethod(Winding::WireSizeMethod method)
         break;
     case Winding::FillFactor:
         m_computedWireDiameter = 0.0;
+        updateWireDiameter();
+        updatePhaseResistance();
+        updateSlotFillFactorOfGivenCoilFillFactor();
         emit coilFillFactorChanged();
         break;
     case Winding::WireDiameter:
         m_computedCoilFillFactor = 0.0;
+        updatePhaseResistance();
+        updateFillFactors();
         emit wireDiameterChanged();
         break;
     }
@@ -211,7 +258,12 @@ void WindingObject::setWireSize(const QString &name)
         return;
     rememberWireSize();
     m_wireSize = validName;
-    announce(&WindingObject::wireSizeChanged);
+    emit wireSizeChanged();
+    updateWireDiameter();
+    updatePhaseResistance();
+    updateFillFactors();
+    emit windingChanged();
+    document()->setModified(true);
 }
 
 double WindingObject::wireDiameter() const
@@ -230,7 +282,11 @@ void WindingObject::setWireDiameter(double diameter)
     m_givenWireDiameter = diameter;
     m_computedWireDiameter = 0.0;
     m_computedCoilFillFactor = 0.0;
-    announce(&WindingObject::wireDiameterChanged);
+    emit wireDiameterChanged();
+    updateFillFactors();
+    updatePhaseResistance();
+    emit windingChanged();
+    document()->setModified(true);
 }
 
 double WindingObject::coilFillFactor() const
@@ -251,7 +307,12 @@ void WindingObject::setCoilFillFactor(double factor)
     m_givenCoilFillFactor = clipped;
     m_computedWireDiameter = 0.0;
     m_computedCoilFillFactor = 0.0;
-    announce(&WindingObject::coilFillFactorChanged);
+    updateSlotFillFactorOfGivenCoilFillFactor();
+    emit coilFillFactorChanged();
+    updateWireDiameter();
+    updatePhaseResistance();
+    emit windingChanged();
+    document()->setModified(true);
 }
 
 void WindingObject::setSlotFillFactor(double factor)
@@ -260,7 +321,117 @@ void WindingObject::setSlotFillFactor(double factor)
     if (qFuzzyCompare(clipped, m_slotFillFactor))
         return;
     m_slotFillFactor = clipped;
-    announce(&WindingObject::slotFillFactorChanged);
+    emit slotFillFactorChanged();
+    if (hasWindingPieces()) {
+        const StatorItem *item = firstStatorItem();
+        setCoilFillFactor(Winding::areaRatio(item->areaWindingSlot() * clipped, item->areaWindingCoil()));
+    }
+    emit windingChanged();
+    document()->setModified(true);
+}
+
+StatorItem *WindingObject::firstStatorItem() const
+{
+    return document()->stator()->items().first();
+}
+
+bool WindingObject::hasWindingPieces() const
+{
+    const StatorItem *item = firstStatorItem();
+    return item->hasCachedPieces() && !item->cachedPieces().ofKind(AbstractMaterial::WindingKind).isEmpty();
+}
+
+Winding::CoilWire WindingObject::coilWire() const
+{
+    Winding::CoilWire wire;
+    wire.diameter = wireDiameter();
+    wire.numberTurns = m_numberTurns;
+    wire.numberLayers = m_numberLayers;
+    wire.strands = m_strandsConductor;
+    return wire;
+}
+
+void WindingObject::updateWireDiameter()
+{
+    double diameter = 0.0;
+    switch (m_wireSizeMethod) {
+    case Winding::WireDiameter:
+        return;
+    case Winding::AWG:
+    case Winding::SWG:
+        diameter = Winding::gaugeDiameter(m_wireSize);
+        break;
+    case Winding::FillFactor:
+        diameter = Winding::diameterForFillFactor(firstStatorItem()->areaWindingCoil(), m_givenCoilFillFactor,
+                                                  coilWire());
+        break;
+    }
+    if (assignChanged(m_computedWireDiameter, diameter))
+        emit wireDiameterChanged();
+}
+
+void WindingObject::updateFillFactors()
+{
+    if (!hasWindingPieces())
+        return;
+    const StatorItem *item = firstStatorItem();
+    if (m_wireSizeMethod == Winding::FillFactor) {
+        emit coilFillFactorChanged();
+        updateSlotFillFactorOfGivenCoilFillFactor();
+        return;
+    }
+    const double copper = Winding::copperArea(coilWire());
+    const double coilFactor = Winding::areaRatio(copper, item->areaWindingCoil());
+    if (!Numeric::isZero(coilFactor - m_computedCoilFillFactor)) {
+        m_computedCoilFillFactor = coilFactor;
+        emit coilFillFactorChanged();
+    }
+    const double slotFactor = Winding::areaRatio(copper, item->areaWindingSlot());
+    // A slot that measured nothing is taken as filled by the coil alone.
+    storeSlotFillFactor(Numeric::isZero(slotFactor) ? coilFactor : slotFactor);
+}
+
+void WindingObject::updateSlotFillFactorOfGivenCoilFillFactor()
+{
+    const StatorItem *item = firstStatorItem();
+    const double slotArea = item->areaWindingSlot();
+    storeSlotFillFactor(slotArea > 0.0 ? item->areaWindingCoil() / slotArea * m_givenCoilFillFactor : 0.0);
+}
+
+void WindingObject::storeSlotFillFactor(double factor)
+{
+    if (Numeric::isZero(factor - m_slotFillFactor))
+        return;
+    m_slotFillFactor = factor;
+    emit slotFillFactorChanged();
+}
+
+void WindingObject::updatePhaseResistance()
+{
+    const Stator *stator = document()->stator();
+    if (!m_autoCalcPhaseResistance || stator->windingMaterial().isEmpty())
+        return;
+    updateEndturns();
+    m_phaseResistances = {};
+    const MaterialConductorDescribe *material =
+        MaterialConductorEngine::instance().describe(stator->windingMaterial());
+    if (!material)
+        return;
+    Winding::Conductor conductor;
+    conductor.resistivity = material->electricResistivity;
+    conductor.temperatureCoefficient = material->temperatureCoefficient;
+    for (int phase = Winding::A; phase < Winding::Count; ++phase) {
+        m_phaseResistances[phase] = Winding::phaseResistance(m_phaseWireLengths[phase], wireDiameter(),
+                                                             m_strandsConductor, m_parallelPaths, conductor,
+                                                             stator->windingTemperature());
+    }
+    if (!m_manualPhaseResistanceSet) {
+        m_manualPhaseResistance = m_phaseResistances[Winding::A];
+        m_manualPhaseResistanceSet = true;
+    }
+    if (assignChanged(m_phaseResistance, m_phaseResistances[Winding::A]))
+        emit phaseResistanceChanged();
+    updateWindingErrors();
 }
 
 void WindingObject::setType(Winding::Type type)
@@ -503,9 +674,14 @@ QVector<Winding::SlotMark> WindingObject::slotMarks(int layoutIndex) const
 
 void WindingObject::setEndturnsScript(const QString &script)
 {
-    if (script == m_endturnsScript)
+    const QString catalogued = ScriptDescribeList::endturns().findScript(script).script();
+    const QString name = catalogued.isEmpty() ? script : catalogued;
+    if (name == m_endturnsScript)
         return;
-    m_endturnsScript = script;
+    m_endturnsScript = name;
+    // The next end turns read the new file into a new engine.
+    m_engine.reset();
+    m_scriptLoaded = false;
     announce(&WindingObject::endturnsScriptChanged);
     dropEndturns();
     markGeometryModified(document());
@@ -614,6 +790,16 @@ void WindingObject::setHeightWindingCoil(double height)
     updateOverhangLimits();
 }
 
+void WindingObject::giveHeightsTheirDefault()
+{
+    // End turns as high as two bodies until the user says otherwise.
+    const double height = 2.0 * firstStatorItem()->height();
+    if (Numeric::isZero(m_heightOuterEndturn))
+        setHeightOuterEndturn(height);
+    if (Numeric::isZero(m_heightInnerEndturn))
+        setHeightInnerEndturn(height);
+}
+
 void WindingObject::updateOverhangLimits()
 {
     // End turns must clear the coil cross-section, and a double-layer coil must
@@ -647,8 +833,32 @@ void WindingObject::setEndturnShapeGenerated(bool generated, bool markModified)
 
 void WindingObject::dropEndturns()
 {
-    // Of the end turns only the mark of their generated shapes is held so far.
+    m_endturns.reset();
     setEndturnShapeGenerated(false, false);
+}
+
+void WindingObject::updateWireLength()
+{
+    if (!m_endturns || m_endturns->isEmpty())
+        return;
+    QVector<Winding::CoilLength> coils;
+    for (const Winding::Endturns &coil : m_endturns->first()) {
+        const Winding::Point3 &a = coil.outer.begin.center;
+        const Winding::Point3 &b = coil.inner.end.center;
+        // An empty path has no length.
+        auto pathLength = [](const servoce::shape &path) { return path.is_null() ? 0.0 : path.length(); };
+        coils << Winding::CoilLength{coil.phase, pathLength(coil.outer.path), pathLength(coil.inner.path),
+                                     std::sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y)
+                                               + (a.z - b.z) * (a.z - b.z))};
+    }
+    m_phaseWireLengths = Winding::phaseWireLengths(coils, m_numberTurns);
+    const double length = m_phaseWireLengths[Winding::A] + m_phaseWireLengths[Winding::B]
+                          + m_phaseWireLengths[Winding::C];
+    if (qAbs(length - m_wireLength) <= 1e-5)
+        return;
+    m_wireLength = length;
+    announce(&WindingObject::wireLengthChanged);
+    updatePhaseResistance();
 }
 
 void WindingObject::setMethodCalcEndInductance(const QString &text)
@@ -693,10 +903,13 @@ void WindingObject::setAutoCalcPhaseResistance(bool automatic)
         return;
     m_autoCalcPhaseResistance = automatic;
     announce(&WindingObject::autoCalcPhaseResistanceChanged);
-    if (automatic)
+    if (automatic) {
         m_manualPhaseResistance = m_phaseResistance;
-    else
+        m_manualPhaseResistanceSet = true;
+        updatePhaseResistance();
+    } else {
         setPhaseResistance(m_manualPhaseResistance);
+    }
 }
 
 void WindingObject::setPhaseResistance(double resistance)
@@ -721,10 +934,7 @@ bool WindingObject::isUnbalanced() const
 {
     if (!m_autoCalcPhaseResistance)
         return false;
-    const double a = m_phaseResistances.at(Winding::A);
-    const double b = m_phaseResistances.at(Winding::B);
-    const double c = m_phaseResistances.at(Winding::C);
-    return qAbs(a - b) > 0.01 * a || qAbs(b - c) > 0.01 * b || qAbs(c - a) > 0.01 * c;
+    return Winding::isUnbalanced(m_phaseResistances);
 }
 
 void WindingObject::updateWindingErrors()
@@ -937,6 +1147,7 @@ void WindingObject::loadLumpedValues(QDataStream &in)
     in >> m_autoCalcEndInductance >> m_endInductance >> m_autoCalcPhaseResistance >> m_phaseResistance;
     m_manualEndInductance = m_endInductance;
     m_manualPhaseResistance = m_phaseResistance;
+    m_manualPhaseResistanceSet = true;
     setMethodCalcEndInductance(m_autoCalcEndInductance ? QString() : tr("Manual"));
 }
 

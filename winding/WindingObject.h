@@ -3,14 +3,22 @@
 #include <QString>
 #include <QVariantMap>
 #include <QVector>
+#include <array>
+#include <memory>
+#include <optional>
 
 #include "document/CoreMotorElement.h"
+#include "geometry/Endturn.h"
 #include "winding/LayoutSettings.h"
 #include "winding/LayoutText.h"
 #include "winding/Winding.h"
+#include "winding/WireResistance.h"
 
+class JSEngine;
 class QDataStream;
+class QJSValue;
 class ScriptConsole;
+class StatorItem;
 
 // The stator winding of a document: its kind, its coils in the slots of every
 // stator face, the wire, the end-turn settings and the lumped values. Values with
@@ -55,6 +63,7 @@ class WindingObject : public CoreMotorElement
 
 public:
     explicit WindingObject(Document *document);
+    ~WindingObject() override;
 
     ScriptConsole *console() const { return m_console; }
 
@@ -79,6 +88,13 @@ public:
     void setCoilFillFactor(double factor);
     double slotFillFactor() const { return m_slotFillFactor; }
     void setSlotFillFactor(double factor);
+    // The diameter of the gauge, or the one that fills the coil to the given factor.
+    void updateWireDiameter();
+    // The fill factors that the wire gives the coil and the slot of the first stator body.
+    void updateFillFactors();
+    // The resistance of each phase from its wire, the conductor and its temperature.
+    void updatePhaseResistance();
+    std::array<double, Winding::Count> phaseResistances() const { return m_phaseResistances; }
 
     Winding::Type type() const { return m_type; }
     void setType(Winding::Type type);
@@ -150,6 +166,31 @@ public:
     void setWidthWindingCoil(double width);
     double heightWindingCoil() const { return m_heightWindingCoil; }
     void setHeightWindingCoil(double height);
+
+    QString endturnsScriptPath() const;
+    // Reads the end-turn script into a new engine of the winding; its faults go to the console.
+    bool loadEndturnScript();
+    bool isEndturnScriptLoaded() const { return m_scriptLoaded; }
+    // Set while the end-turn script is read or runs, so that it can't start a rebuild.
+    bool isScriptRunning() const { return m_scriptRunning; }
+    // Asks the script for the paths of the coils of one layout, numbered from 1, and
+    // checks them: a coil end keeps a path only when it meets both slot centres. False
+    // when a coil end is left without a path.
+    bool calcEndturnPaths(int layoutNumber, double innerRadius, double outerRadius,
+                          QVector<Winding::Endturns> &coils);
+
+    // Makes the coil ends of every layout and asks the script for their paths, once the
+    // document is ready and as long as none are kept.
+    void updateEndturns();
+    bool hasEndturns() const { return m_endturns.has_value(); }
+    // One list of coils for each layout; empty lists when the layouts or pieces are.
+    QVector<QVector<Winding::Endturns>> endturns() const
+    {
+        return m_endturns.value_or(QVector<QVector<Winding::Endturns>>());
+    }
+    // The wire of each phase from the end turns of the first layout.
+    void updateWireLength();
+    std::array<double, Winding::Count> phaseWireLengths() const { return m_phaseWireLengths; }
 
     bool isEndturnShapeGenerated() const { return m_generateShapes; }
     void setEndturnShapeGenerated(bool generated, bool markModified = true);
@@ -250,6 +291,20 @@ private:
     void updateOverhangLimits();
     void makeLayouts();
     bool isUnbalanced() const;
+    // The first stator body, which measures the coil and slot areas.
+    StatorItem *firstStatorItem() const;
+    bool hasWindingPieces() const;
+    Winding::CoilWire coilWire() const;
+    // After a change of turns, strands or paths: the method's dependent value follows.
+    void followWireCount();
+    void updateSlotFillFactorOfGivenCoilFillFactor();
+    void storeSlotFillFactor(double factor);
+    void giveHeightsTheirDefault();
+    void endturnScriptFailure(const QString &message) const;
+    void makeEndturns(QVector<QVector<Winding::Endturns>> &all);
+    QJSValue endturnsToScript(const QVector<Winding::Endturns> &coils) const;
+    // Takes the script's path of one coil end; false when it had a fault to report.
+    bool takePath(int layoutNumber, Winding::Phase phase, const servoce::shape &path, Winding::Endturn &endturn) const;
     void setWindingWarnings(WindingErrors warnings);
     void loadConnection(QDataStream &in, int version);
     void loadLayouts(QDataStream &in, int version);
@@ -258,6 +313,9 @@ private:
     void settleAfterLoad();
 
     ScriptConsole *m_console;
+    std::unique_ptr<JSEngine> m_engine;
+    bool m_scriptLoaded = false;
+    bool m_scriptRunning = false;
 
     Winding::Circuit m_circuit = Winding::Star;
     QString m_connection = QStringLiteral("UnknownConnection");
@@ -300,15 +358,20 @@ private:
     bool m_autoCalcPhaseResistance = true;
     double m_phaseResistance = 0.0;
     double m_manualPhaseResistance = 0.0;
+    // The first automatic resistance is also where a switch to manual starts from.
+    bool m_manualPhaseResistanceSet = false;
     double m_wireLength = 0.0;
     QVector<Winding::Layout> m_coilLayouts = QVector<Winding::Layout>(4);
     int m_countLayouts = 1;
     QVector<bool> m_reverseLayersLayouts = QVector<bool>(4, false);
-    QVector<double> m_phaseResistances = QVector<double>(Winding::Count, 0.0);
+    std::array<double, Winding::Count> m_phaseWireLengths{};
+    std::array<double, Winding::Count> m_phaseResistances{};
     Winding::CurrentCoil m_currentCoil;
     WindingErrors m_windingErrors;
     WindingErrors m_windingWarnings;
     bool m_generateShapes = false;
+    // Absent: the end turns must be made.
+    std::optional<QVector<QVector<Winding::Endturns>>> m_endturns;
     double m_widthWindingCoil = 0.0;
     double m_heightWindingCoil = 0.0;
 };

@@ -1,10 +1,13 @@
 #include "geometry/servoce/curve.h"
 
+#include <BRepAdaptor_CompCurve.hxx>
+#include <BRepAdaptor_Curve.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
 #include <GC_MakeArcOfCircle.hxx>
 #include <GC_MakeCircle.hxx>
 #include <GC_MakeEllipse.hxx>
+#include <GCPnts_QuasiUniformDeflection.hxx>
 #include <GeomAPI_Interpolate.hxx>
 #include <Geom_BSplineCurve.hxx>
 #include <Geom_Circle.hxx>
@@ -126,6 +129,37 @@ wire_shape make_wire(const std::vector<shape> &parts)
                 wire.Add(TopoDS::Edge(part.Shape()));
         }
         return wire_shape(wire.Wire());
+    });
+}
+
+namespace {
+
+template <class Adaptor>
+std::vector<point3> sampled(const Adaptor &curve, double deflection)
+{
+    GCPnts_QuasiUniformDeflection sampler(curve, deflection, GeomAbs_C1);
+    if (!sampler.IsDone())
+        throw Standard_Failure("the curve can't be sampled");
+    std::vector<point3> points;
+    for (int index = 1; index <= sampler.NbPoints(); ++index) {
+        const gp_Pnt point = sampler.Value(index);
+        points.emplace_back(point.X(), point.Y(), point.Z());
+    }
+    return points;
+}
+
+} // namespace
+
+std::vector<point3> deflection_points(const shape &curve, double deflection)
+{
+    return guarded("deflection_points", std::vector<point3>(), [&] {
+        if (curve.is_null())
+            return std::vector<point3>();
+        if (curve.Shape().ShapeType() == TopAbs_EDGE)
+            return sampled(BRepAdaptor_Curve(TopoDS::Edge(curve.Shape())), deflection);
+        if (curve.Shape().ShapeType() == TopAbs_WIRE)
+            return sampled(BRepAdaptor_CompCurve(TopoDS::Wire(curve.Shape())), deflection);
+        return std::vector<point3>();
     });
 }
 

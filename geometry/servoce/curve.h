@@ -26,4 +26,8 @@ edge_shape ellipse_edge(double r1, double r2, double a1, double a2);
 // Joins wires and edges in the order given.
 wire_shape make_wire(const std::vector<shape> &parts);
 
+// Points along an edge, or a wire taken as one curve, no chord farther than
+// `deflection` from it, the ends included; empty for any other shape.
+std::vector<point3> deflection_points(const shape &curve, double deflection);
+
 } // namespace servoce
