@@ -43,12 +43,15 @@ QByteArray readAll(const QString &path)
     return file.readAll();
 }
 
-// A main window on fresh settings with a copy of the example to work on.
+// A main window on fresh settings with a copy of the example to work on. The settings
+// live in a folder of the test's own: test programs run side by side.
 class MainWindowTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
+        QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settingsFolder.path());
         QSettings().clear();
         ASSERT_TRUE(QFile::copy(example, design));
         window = std::make_unique<MainWindow>();
@@ -94,6 +97,7 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    QTemporaryDir settingsFolder;
     QTemporaryDir folder;
     const QString design = folder.filePath("design.zva");
     std::unique_ptr<MainWindow> window;

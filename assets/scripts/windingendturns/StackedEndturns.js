@@ -4,23 +4,7 @@
 // out (or in) than those of the first, so that coils whose ends cross lie on two levels.
 // A coil round the yoke takes the shortest way over the rim.
 
-function middleAngleOf(a1, a2, dir) {
-    var d = Math.atan2(Math.sin(a2 - a1), Math.cos(a2 - a1));
-    if (Math.abs(Math.abs(d) - Math.PI) < 1e-9)
-        d = dir === Coil.CW ? -Math.PI : Math.PI;
-    return a1 + d / 2;
-}
-
-// An arch through the point `rise` beyond the slot circle at the middle angle.
-function lowArch(end, rise) {
-    var a = end.begin.center;
-    var b = end.end.center;
-    var ra = Math.sqrt(a.x * a.x + a.y * a.y);
-    var rb = Math.sqrt(b.x * b.x + b.y * b.y);
-    var m = middleAngleOf(Math.atan2(a.y, a.x), Math.atan2(b.y, b.x), end.dir);
-    var r = (ra + rb) / 2 + rise;
-    return Geom.arc(a, Geom.point3(r * Math.cos(m), r * Math.sin(m), (a.z + b.z) / 2), b);
-}
+include("../include/EndturnArch.js");
 
 function calcEndturnPaths(width, height, innerRadius, outerRadius, endturns, autoOverhang, generate) {
     // Without a measured coil a twentieth of the active length stands in for its width.
@@ -29,8 +13,8 @@ function calcEndturnPaths(width, height, innerRadius, outerRadius, endturns, aut
     for (var i = 0; i < endturns.length; ++i) {
         var e = endturns[i];
         paths.push({
-            outerPath: lowArch(e.outer, e.outer.begin.layer * w),
-            innerPath: lowArch(e.inner, -Math.min(e.inner.begin.layer * w, innerRadius / 2))
+            outerPath: arch(e.outer, e.outer.begin.layer * w),
+            innerPath: arch(e.inner, -Math.min(e.inner.begin.layer * w, innerRadius / 2))
         });
     }
     return { paths: paths };
