@@ -45,6 +45,7 @@ Application::Application(int &argc, char **argv)
     setParentProcessKind(ParentProcessKind::None);
     setOrganizationName(QStringLiteral("Quorlan"));
     setApplicationName(QStringLiteral("Zolvane Design Studio"));
+    setApplicationVersion(QStringLiteral(ZDS_VERSION));
     UserMessage::setCriticalPresenter(
         [](const QString &text) { MessageBox::critical(nullptr, QCoreApplication::applicationName(), text); });
 

@@ -22,6 +22,7 @@ const QString operationRunMStimestepping = QStringLiteral("runMStimestepping");
 CommandLineParcer::CommandLineParcer()
     : m_callerDirectory(QDir::currentPath())
     , m_optionHelp(QStringLiteral("help"))
+    , m_optionVersion(QStringLiteral("version"))
     , m_optionOperation(QStringLiteral("operation"), QStringLiteral("Set operation"), QStringLiteral("operation"))
     , m_optionExchangeFile(QStringLiteral("exchange-file"), QStringLiteral("Exchange file data"),
                            QStringLiteral("exchange-file"))
@@ -36,6 +37,7 @@ CommandLineParcer::CommandLineParcer()
 {
     addPositionalArgument(QStringLiteral("file"), QStringLiteral("Source file to open"));
     m_optionHelp = addHelpOption();
+    m_optionVersion = addVersionOption();
     addChecked(m_optionExchangeFile, "m_optionExchangeFile");
     addChecked(m_optionCaption, "m_optionCaption");
     addChecked(m_optionPage, "m_optionPage");

@@ -19,6 +19,7 @@ public:
     QString fileSaveTo() const { return callerPath(value(m_optionFileSaveTo)); }
     QString remoteConsoleName() const { return value(m_optionRemoteConsoleName); }
     bool isHelpSet() const { return isSet(m_optionHelp); }
+    bool isVersionSet() const { return isSet(m_optionVersion); }
     // True when any option was given; positional arguments don't count.
     bool hasOptions() const { return !optionNames().isEmpty(); }
 
@@ -45,6 +46,7 @@ private:
 
     QString m_callerDirectory;
     QCommandLineOption m_optionHelp;
+    QCommandLineOption m_optionVersion;
     QCommandLineOption m_optionOperation;
     QCommandLineOption m_optionExchangeFile;
     QCommandLineOption m_optionCaption;

@@ -4,6 +4,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 
@@ -45,6 +46,14 @@ int runInteractive(const Application &application)
     return 0;
 }
 
+// Straight to the process's standard output: std::cout goes to the log by now.
+void printToTerminal(const QString &text)
+{
+    const QByteArray bytes = text.toLocal8Bit();
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
+    std::fflush(stdout);
+}
+
 } // namespace
 
 int safeMain(int argc, char *argv[])
@@ -71,7 +80,12 @@ int safeMain(int argc, char *argv[])
 
     int result = 0;
     if (parser.isHelpSet()) {
+        // Whoever typed the option in a terminal reads it there too.
+        printToTerminal(parser.helpText());
         MessageBox::information(nullptr, QCoreApplication::applicationName(), parser.helpText(), QMessageBox::Ok);
+    } else if (parser.isVersionSet()) {
+        printToTerminal(QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion()
+                        + QLatin1Char('\n'));
     } else {
         nglib::Ng_Init();
         result = isInteractive(parser) ? runInteractive(*application) : application->runHeadless();

@@ -42,6 +42,17 @@ TEST(HeadlessStart, HelpAnswersItsBoxAndSkipsTheClosingLine)
     const QString log = run.logText();
     EXPECT_TRUE(log.contains("Information: MessageBox information: Usage:")) << log.toStdString();
     EXPECT_FALSE(log.contains("Application finished"));
+    EXPECT_TRUE(run.standardOutput.startsWith("Usage:")) << run.standardOutput.toStdString();
+    EXPECT_TRUE(run.standardOutput.contains("--operation")) << "the options are listed";
+}
+
+TEST(HeadlessStart, VersionIsPrintedAndNothingElseRuns)
+{
+    ProgramRun run;
+    run.start({"--version"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.standardOutput.trimmed(), QStringLiteral("Zolvane Design Studio " ZDS_PROJECT_VERSION));
+    EXPECT_FALSE(run.logText().contains("Application finished"));
 }
 
 TEST(HeadlessStart, OldLogsAreCutBeforeTheRunsOwnFile)

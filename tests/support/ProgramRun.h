@@ -10,6 +10,7 @@ struct ProgramRun
 {
     QTemporaryDir home;
     int exitCode = -1;
+    QString standardOutput;
     QString program = QStringLiteral(ZDS_EXECUTABLE);
     // Where the program is started from; the test's own folder if empty.
     QString workingDirectory;
@@ -33,6 +34,7 @@ struct ProgramRun
         if (!process.waitForFinished(60000))
             return false;
         exitCode = process.exitCode();
+        standardOutput = QString::fromLocal8Bit(process.readAllStandardOutput());
         return true;
     }
 
