@@ -517,16 +517,23 @@ void Document::updateBoundaryCondition()
 PieceList Document::pieces()
 {
     PieceList built;
+    bool current = false;
     {
         // The list is copied under the mutex too: resetPieces may clear it at any time.
         QMutexLocker locker(&m_piecesMutex);
         if (m_piecesValid.loadAcquire())
             return m_pieces;
-        m_pieces = taskCreatePieces();
-        m_piecesValid.storeRelease(true);
-        built = m_pieces;
+        const int generation = m_piecesGeneration.loadAcquire();
+        built = taskCreatePieces();
+        // A change during the build leaves the list to the next request.
+        current = generation == m_piecesGeneration.loadAcquire();
+        if (current) {
+            m_pieces = built;
+            m_piecesValid.storeRelease(true);
+        }
     }
-    emit piecesReady();
+    if (current)
+        emit piecesReady();
     return built;
 }
 
@@ -584,6 +591,7 @@ PieceList Document::taskCreatePieces()
 
 void Document::resetPieces()
 {
+    m_piecesGeneration.fetchAndAddOrdered(1);
     if (!m_piecesValid.loadAcquire())
         return;
     {

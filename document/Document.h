@@ -297,6 +297,8 @@ private:
     bool m_geometryModified = false;
     PieceList m_pieces;
     QAtomicInteger<bool> m_piecesValid = false;
+    // Counts the changes, so that a build overtaken by one is not kept.
+    QAtomicInt m_piecesGeneration = 0;
     QMutex m_piecesMutex;
 };
 

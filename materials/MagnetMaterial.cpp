@@ -249,6 +249,16 @@ void MagnetMaterial::load(QDataStream &in)
     in >> static_cast<Magnetization &>(*this);
 }
 
+QColor MagnetMaterial::northColor()
+{
+    return red;
+}
+
+QColor MagnetMaterial::southColor()
+{
+    return blue;
+}
+
 QColor MagnetMaterial::color() const
 {
     return direction == Direction::Toward || direction == Direction::CCW ? blue : red;

@@ -22,6 +22,10 @@ public:
 
     const QVector<double> &segmentRadiuses() const { return m_segmentRadiuses; }
 
+    // The faces where the field leaves a magnet (its north pole) and enters it.
+    static QColor northColor();
+    static QColor southColor();
+
 protected:
     MagnetMaterial(const Magnetization &magnetization, const QVector<double> &segmentRadiuses);
 

@@ -10,11 +10,13 @@
 #include <QGridLayout>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMimeData>
 #include <QSettings>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QToolBox>
 #include <QVBoxLayout>
 
@@ -27,6 +29,8 @@
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/Viewer/ElementScenes.h"
+#include "ui/Viewer/GeometryViewer.h"
 #include "winding/WindingObject.h"
 
 namespace {
@@ -87,7 +91,11 @@ DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
         m_document->setMode(mode);
 }
 
-DocumentWindow::~DocumentWindow() = default;
+DocumentWindow::~DocumentWindow()
+{
+    // The views' workers read the document: they go first.
+    delete m_viewers;
+}
 
 void DocumentWindow::createForm()
 {
@@ -102,6 +110,12 @@ void DocumentWindow::createForm()
     auto *frameViewer = new QFrame(m_splitterVertical);
     frameViewer->setObjectName(QStringLiteral("frameViewer"));
     frameViewer->setFrameShape(QFrame::NoFrame);
+    auto *viewerLayout = new QVBoxLayout(frameViewer);
+    viewerLayout->setContentsMargins(0, 0, 0, 0);
+    m_viewers = new QStackedWidget(frameViewer);
+    m_viewers->setObjectName(QStringLiteral("stackedViewers"));
+    viewerLayout->addWidget(m_viewers);
+    createViewers();
     auto *widgetConsole = new QWidget(m_splitterVertical);
     widgetConsole->setObjectName(QStringLiteral("widgetConsole"));
     layout->addWidget(m_splitterHorizontal);
@@ -124,6 +138,37 @@ void DocumentWindow::createForm()
         m_splitterVertical->setSizes({400, 0});
 }
 
+void DocumentWindow::createViewers()
+{
+    auto *blank = new QLabel(m_viewers);
+    blank->setAlignment(Qt::AlignCenter);
+    m_viewers->addWidget(blank);
+    if (!occ::View::isAvailable()) {
+        blank->setText(tr("The 3D view needs an X display."));
+        return;
+    }
+    const auto addViewer = [this](GeometryScene *scene, const char *name, Document::Mode mode) {
+        auto *viewer = new GeometryViewer(scene, m_viewers);
+        viewer->setObjectName(QLatin1String(name));
+        m_viewers->addWidget(viewer);
+        m_viewerOfMode.insert(mode, viewer);
+    };
+    addViewer(new MotorGeometryScene(m_document), "viewerMotor", Document::GeometryMotor);
+    addViewer(new StatorGeometryScene(m_document), "viewerStator", Document::GeometryStator);
+    addViewer(new RotorGeometryScene(m_document), "viewerRotor", Document::GeometryRotor);
+}
+
+void DocumentWindow::showViewerOf(Document::Mode mode)
+{
+    QWidget *viewer = m_viewerOfMode.value(mode);
+    m_viewers->setCurrentWidget(viewer ? viewer : m_viewers->widget(0));
+}
+
+GeometryViewer *DocumentWindow::viewer(Document::Mode mode) const
+{
+    return m_viewerOfMode.value(mode);
+}
+
 void DocumentWindow::addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode)
 {
     auto *page = new QWidget(m_toolBoxEditors);
@@ -138,6 +183,7 @@ void DocumentWindow::documentModeChanged(Document::Mode mode)
 {
     if (m_document->isProtectedFile())
         return;
+    showViewerOf(mode);
     Document::Mode pageMode = mode;
     if (mode == Document::GeometryStator || mode == Document::GeometryRotor)
         pageMode = Document::GeometryMotor;

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QHash>
 #include <QWidget>
 
 #include "document/Document.h"
 
+class GeometryViewer;
 class QSplitter;
+class QStackedWidget;
 class QToolBox;
 
 // The face of one document, which it owns: the tool box of editors on the left,
@@ -33,6 +36,9 @@ public:
     void copyProperties(Element element) const;
     void pasteProperties(Element element);
 
+    // The 3D view of a geometry mode; none for other modes or without a display.
+    GeometryViewer *viewer(Document::Mode mode) const;
+
     void undo();
     void redo();
     bool canUndo() const;
@@ -50,6 +56,8 @@ private slots:
 
 private:
     void createForm();
+    void createViewers();
+    void showViewerOf(Document::Mode mode);
     void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode);
     void documentModeChanged(Document::Mode mode);
     void toolBoxPageChanged(int index);
@@ -64,5 +72,7 @@ private:
     QSplitter *m_splitterHorizontal = nullptr;
     QSplitter *m_splitterVertical = nullptr;
     QToolBox *m_toolBoxEditors = nullptr;
+    QStackedWidget *m_viewers = nullptr;
+    QHash<Document::Mode, GeometryViewer *> m_viewerOfMode;
     QList<Document::Mode> m_pageModes;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/LogCatcher.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -29,33 +31,3 @@ private:
     QTemporaryDir m_dir;
 };
 
-// Collects the log lines written while it lives.
-class LogCatcher
-{
-public:
-    LogCatcher() { m_previous = qInstallMessageHandler(&LogCatcher::handle); }
-    ~LogCatcher()
-    {
-        qInstallMessageHandler(m_previous);
-        lines().clear();
-    }
-
-    bool contains(const QString &text) const
-    {
-        for (const QString &line : lines()) {
-            if (line.contains(text))
-                return true;
-        }
-        return false;
-    }
-
-private:
-    static QStringList &lines()
-    {
-        static QStringList collected;
-        return collected;
-    }
-    static void handle(QtMsgType, const QMessageLogContext &, const QString &message) { lines().append(message); }
-
-    QtMessageHandler m_previous = nullptr;
-};
