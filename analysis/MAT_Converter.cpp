@@ -219,7 +219,8 @@ matvar_t *MAT_Converter::matVar(const QVariant &value, const QString &name)
     case QMetaType::Int: return matVar(value.toInt(), name);
     case QMetaType::Double: return matVar(value.toDouble(), name);
     case QMetaType::QVariantMap: return matVar(value.toMap(), name);
-    case QMetaType::QVariantList: return matVar(value.toList(), name);
+    case QMetaType::QVariantList:
+    case QMetaType::QStringList: return matVar(value.toList(), name);
     case QMetaType::QString: return matVar(value.toString(), name);
     default: break;
     }
