@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonValue>
 #include <QThread>
 #include <cmath>
 #include <optional>
@@ -205,7 +206,7 @@ MAT_Parcer::MAT_Parcer(Document *document)
 {
 }
 
-void MAT_Parcer::critical(const QString &text) const
+void MAT_Parcer::showCritical(const QString &text) const
 {
     if (m_showMessageBoxes)
         UserMessage::critical(text);
@@ -543,27 +544,34 @@ bool MAT_Parcer::saveMotorProperties(const QString &path)
 {
     MatFileWriter file(path, 1);
     if (!file.isOpen()) {
-        critical(tr("Can't create MAT file %1").arg(path));
+        showCritical(tr("Can't create MAT file %1").arg(path));
         return false;
     }
     file.write(motorPropertiesToMAT(), motorPropsName);
     return file.commit();
 }
 
-bool MAT_Parcer::loadMotorProperties(const QString &path)
+mat_t *MAT_Parcer::openForRead(const QString &path) const
 {
     const QByteArray name = QFile::encodeName(QDir::toNativeSeparators(path));
     mat_t *mat = Mat_Open(name.constData(), MAT_ACC_RDONLY);
     if (!mat) {
         qCritical() << "Can't create MAT file" << path << "for read";
-        critical(tr("Can't open file %1 for read").arg(path));
-        return false;
+        showCritical(tr("Can't open file %1 for read").arg(path));
     }
+    return mat;
+}
+
+bool MAT_Parcer::loadMotorProperties(const QString &path)
+{
+    mat_t *mat = openForRead(path);
+    if (!mat)
+        return false;
     const MatVarPointer variable(Mat_VarRead(mat, motorPropsName.toUtf8().constData()));
     Mat_Close(mat);
     if (!variable) {
         qCritical() << "Can't read 'motorProps'";
-        critical(tr("The file '%1' is not contains properties").arg(path));
+        showCritical(tr("The file '%1' is not contains properties").arg(path));
         return false;
     }
 
@@ -585,7 +593,7 @@ bool MAT_Parcer::loadMotorProperties(const QString &path)
         wrong << motorPropsName + ".airgap";
     if (!wrong.isEmpty()) {
         qCritical().noquote() << "Error: wrong type of" << wrong.join(", ") << "in" << path;
-        critical(tr("The file '%1' is not contains properties").arg(path));
+        showCritical(tr("The file '%1' is not contains properties").arg(path));
         return false;
     }
 
@@ -600,4 +608,25 @@ bool MAT_Parcer::loadMotorProperties(const QString &path)
         new CommandSetPropertyObject(gap, "thickness", props.value("airgap"), command);
     m_document->execCommand(command);
     return true;
+}
+
+QJsonObject MAT_Parcer::convertToJSON(const QString &path) const
+{
+    mat_t *mat = openForRead(path);
+    if (!mat)
+        return QJsonObject();
+    size_t count = 0;
+    char **dir = Mat_GetDir(mat, &count);
+    QStringList names;
+    for (size_t i = 0; i < count; ++i)
+        names << QString::fromUtf8(dir[i]);
+    QJsonObject json;
+    for (const QString &name : qAsConst(names)) {
+        qDebug() << name;
+        const MatVarPointer variable(Mat_VarRead(mat, name.toUtf8().constData()));
+        json.insert(name, variable ? QJsonValue::fromVariant(MAT_Converter::toVariant(variable.data()))
+                                   : QJsonValue(QJsonValue::Null));
+    }
+    Mat_Close(mat);
+    return json;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 #include <vector>
@@ -39,9 +40,12 @@ public:
     // Applies a file's motorProps as one undoable change; the document is left as
     // it was when the file or any part of it is unfit.
     bool loadMotorProperties(const QString &path);
+    // Every variable of a file by its name; empty when the file can't be read.
+    QJsonObject convertToJSON(const QString &path) const;
 
 private:
-    void critical(const QString &text) const;
+    void showCritical(const QString &text) const;
+    mat_t *openForRead(const QString &path) const;
     QVector<quint32> scopesOf(bool stator) const;
     matvar_t *sliceProperties(const SliceData &slice, int sliceIndex) const;
     matvar_t *meshVar(const std::vector<SliceData> &slices) const;

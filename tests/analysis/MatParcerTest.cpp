@@ -1,5 +1,7 @@
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <numeric>
@@ -250,6 +252,37 @@ TEST_F(ExampleExchangeFile, RegionsCarryTheirBodyAndMaterial)
     ASSERT_GT(firstStator, 0);
     EXPECT_EQ(positions.mid(0, firstStator), QStringList(QVector<QString>(firstStator, "rotor1").toList()));
     EXPECT_EQ(positions.lastIndexOf("rotor1"), firstStator - 1);
+}
+
+TEST_F(ExampleExchangeFile, ConvertsToJsonByVariableName)
+{
+    const QJsonObject json = MAT_Parcer(doc).convertToJSON(path());
+    EXPECT_EQ(QStringList(json.keys()).size(), file.names().size());
+    EXPECT_EQ(json.value("Geometry").toObject().value("motortype").toString(), "stator-rotor");
+    EXPECT_EQ(json.value("Mesh").toObject().value("p").toArray().size(), doc->mesh()->numberSlices());
+    EXPECT_TRUE(MAT_Parcer(doc).convertToJSON(path() + ".absent").isEmpty());
+}
+
+TEST_F(ExampleProperties, AProtectedDesignGivesItsVariablesEmpty)
+{
+    const QString protectedPath = dir.filePath("design.zvap");
+    ASSERT_TRUE(doc.save(protectedPath, nullptr));
+    Document locked(nullptr);
+    locked.start();
+    ASSERT_TRUE(locked.load(protectedPath));
+    ASSERT_TRUE(locked.isProtectedFile());
+
+    const QString path = dir.filePath("locked.mat");
+    ASSERT_TRUE(MAT_Parcer(&locked).write(path));
+    const MatFile file(path);
+    const QStringList names{"Geometry",        "Windings", "Mesh",       "Materials", "cell_MaterialType",
+                            "cell_Properties", "RadMesh",  "motorProps", "Weight"};
+    ASSERT_EQ(file.names(), names);
+    for (const QString &name : names) {
+        const MatVarPointer variable = file.read(name.toUtf8().constData());
+        ASSERT_TRUE(variable) << name.toStdString();
+        EXPECT_EQ(variable->dims[0] * variable->dims[1], 0u) << name.toStdString();
+    }
 }
 
 TEST_F(ExampleProperties, SettingsOfTheSolverAreWrittenUnderTheirNames)
