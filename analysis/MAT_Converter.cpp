@@ -1,7 +1,10 @@
 #include "analysis/MAT_Converter.h"
 
 #include <QDebug>
+#include <QFile>
 #include <vector>
+
+#include "base/ExchangePath.h"
 
 namespace {
 
@@ -114,6 +117,27 @@ QVariantMap structElement(const matvar_t *variable, size_t index)
     }
     return map;
 }
+
+// libmatio reads and writes files only: bytes pass through a file of their own.
+class TemporaryMatFile
+{
+public:
+    TemporaryMatFile()
+        : m_path(getPathFileExchange(QStringLiteral("mat")))
+        , m_name(QFile::encodeName(m_path))
+    {
+    }
+    ~TemporaryMatFile() { QFile::remove(m_path); }
+    TemporaryMatFile(const TemporaryMatFile &) = delete;
+    TemporaryMatFile &operator=(const TemporaryMatFile &) = delete;
+
+    const QString &path() const { return m_path; }
+    const char *name() const { return m_name.constData(); }
+
+private:
+    QString m_path;
+    QByteArray m_name;
+};
 
 } // namespace
 
@@ -325,4 +349,63 @@ QVariant MAT_Converter::toVariant(const matvar_t *variable)
     if (readNumbers(variable, numbers))
         return numericVariant(variable, numbers);
     return QStringLiteral("Unsupported MAT type '%1'").arg(int(variable->class_type));
+}
+
+QByteArray MAT_Converter::toByteArray(const matvar_t *variable)
+{
+    const TemporaryMatFile temporary;
+    mat_t *mat = Mat_CreateVer(temporary.name(), nullptr, MAT_FT_MAT5);
+    if (!mat) {
+        qCritical() << "Mat_Open for write cannot open file " << temporary.path();
+        return QByteArray();
+    }
+    const bool written = variable && Mat_VarWrite(mat, const_cast<matvar_t *>(variable), MAT_COMPRESSION_NONE) == 0;
+    Mat_Close(mat);
+    QFile file(temporary.path());
+    if (!written || !file.open(QIODevice::ReadOnly)) {
+        qCritical() << "Error: Can't open file" << temporary.path() << "for read";
+        return QByteArray();
+    }
+    return file.readAll();
+}
+
+MatVarPointer MAT_Converter::fromByteArray(const QByteArray &bytes, const QString &name)
+{
+    if (bytes.isEmpty())
+        return MatVarPointer(empty(name));
+    const TemporaryMatFile temporary;
+    {
+        QFile file(temporary.path());
+        if (!file.open(QIODevice::WriteOnly)) {
+            qCritical() << "Error: Can't open file" << temporary.path() << "for write";
+            return MatVarPointer();
+        }
+        if (file.write(bytes) != bytes.size()) {
+            qCritical() << "Error: Written bytes != data.count()";
+            return MatVarPointer();
+        }
+    }
+    mat_t *mat = Mat_Open(temporary.name(), MAT_ACC_RDONLY);
+    if (!mat) {
+        qCritical() << "Mat_Open for read cannot open file" << temporary.path();
+        return MatVarPointer();
+    }
+    size_t count = 0;
+    char **dir = Mat_GetDir(mat, &count);
+    if (!dir) {
+        qCritical() << "Mat_GetDir return null";
+        Mat_Close(mat);
+        return MatVarPointer();
+    }
+    QStringList names;
+    for (size_t i = 0; i < count; ++i)
+        names << QString::fromUtf8(dir[i]);
+    if (!names.contains(name)) {
+        qCritical() << "names" << names << "not contains" << name;
+        Mat_Close(mat);
+        return MatVarPointer();
+    }
+    MatVarPointer variable(Mat_VarRead(mat, name.toUtf8().constData()));
+    Mat_Close(mat);
+    return variable;
 }

@@ -57,4 +57,10 @@ public:
                                  const QVector<QVector<matvar_t *>> &elements);
 
     static QVariant toVariant(const matvar_t *variable);
+
+    // The bytes of a MAT file that holds the one variable; empty on failure.
+    static QByteArray toByteArray(const matvar_t *variable);
+    // The variable of that name from such bytes: empty bytes give an empty
+    // variable, bytes without it or no MAT file at all give null.
+    static MatVarPointer fromByteArray(const QByteArray &bytes, const QString &name);
 };

@@ -240,3 +240,23 @@ TEST_F(MatConverterTest, CellsHoldVariablesOfAnyKind)
     EXPECT_EQ(back.at(1).toString(), "Iron");
     EXPECT_TRUE(back.at(2).toList().isEmpty());
 }
+
+// Results travel inside the document as the bytes of one-variable files.
+TEST_F(MatConverterTest, AVariableSurvivesTheTripThroughBytes)
+{
+    const QVariantMap torque{{"values", QVariantList{1.5, 2.5}}, {"unit", "Nm"}};
+    const MatVarPointer original(MAT_Converter::matVar(torque, "Torque"));
+    const QByteArray bytes = MAT_Converter::toByteArray(original.data());
+    EXPECT_TRUE(bytes.startsWith("MATLAB 5.0 MAT-file"));
+
+    const MatVarPointer back = MAT_Converter::fromByteArray(bytes, "Torque");
+    ASSERT_TRUE(back);
+    EXPECT_EQ(MAT_Converter::toVariant(back.data()).toMap(), torque);
+
+    EXPECT_FALSE(MAT_Converter::fromByteArray(bytes, "Speed"));
+    EXPECT_FALSE(MAT_Converter::fromByteArray(QByteArray("no MAT file at all"), "Torque"));
+    const MatVarPointer none = MAT_Converter::fromByteArray(QByteArray(), "Torque");
+    ASSERT_TRUE(none);
+    EXPECT_STREQ(none->name, "Torque");
+    EXPECT_FALSE(MAT_Converter::toVariant(none.data()).isValid());
+}
