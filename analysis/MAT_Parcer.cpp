@@ -117,8 +117,8 @@ QVector<double> itemHeights(const QVector<MotorItem *> &items)
 matvar_t *coilTable(const Winding::CoilList &coils, bool singleLayer)
 {
     const int columns = singleLayer ? 4 : 6;
-    QVector<double> values(coils.size() * columns);
     const int rows = coils.size();
+    QVector<double> values(rows * columns);
     for (int r = 0; r < rows; ++r) {
         const Winding::Coil &coil = coils.at(r);
         const QVector<double> row = singleLayer
@@ -191,12 +191,12 @@ matvar_t *trianglesVar(const SliceData &slice)
     return C::matrix(values, 4, QString());
 }
 
-matvar_t *listVar(const QList<double> &values, double scale, const QString &name)
+matvar_t *metresVar(const QList<double> &millimetres, const QString &name)
 {
-    QVector<double> scaled;
-    for (double value : values)
-        scaled.append(value * scale);
-    return C::matVar(scaled, name);
+    QVector<double> values;
+    for (double value : millimetres)
+        values.append(value / 1000.0);
+    return C::matVar(values, name);
 }
 
 } // namespace
@@ -343,13 +343,14 @@ MatVarPointer MAT_Parcer::weightToMAT() const
                           * densityOf<MaterialMagnetEngine>(rotor->magnetMaterial());
     const double conductor = volumeOf(pieces, Piece::RotorMask, AbstractMaterial::ConductorKind) / 1e9
                              * densityOf<MaterialConductorEngine>(rotor->conductorMaterial());
-    return MatVarPointer(C::structVar(QStringLiteral("Weight"), {
-                                                                    {"statoriron", C::matVar(statorIron, "statoriron")},
-                                                                    {"rotoriron", C::matVar(rotorIron, "rotoriron")},
-                                                                    {"statorwinding", C::matVar(statorWinding, "statorwinding")},
-                                                                    {"magnet", C::matVar(magnet, "magnet")},
-                                                                    {"conductor", C::matVar(conductor, "conductor")},
-                                                                }));
+    return MatVarPointer(C::structVar(QStringLiteral("Weight"),
+                                      {
+                                          {"statoriron", C::matVar(statorIron, "statoriron")},
+                                          {"rotoriron", C::matVar(rotorIron, "rotoriron")},
+                                          {"statorwinding", C::matVar(statorWinding, "statorwinding")},
+                                          {"magnet", C::matVar(magnet, "magnet")},
+                                          {"conductor", C::matVar(conductor, "conductor")},
+                                      }));
 }
 
 MatVarPointer MAT_Parcer::errorToMAT() const
@@ -495,8 +496,8 @@ matvar_t *MAT_Parcer::meshVar(const std::vector<SliceData> &slices) const
             {"t", C::matVar(triangles, "t")},
             {"ipslid_rotor", C::matVar(rotorRows, "ipslid_rotor")},
             {"ipslid_stator", C::matVar(statorRows, "ipslid_stator")},
-            {"Rcs", listVar(mesh->sliceRadii(), 1e-3, "Rcs")},
-            {"L", listVar(mesh->sliceWidths(), 1e-3, "L")},
+            {"Rcs", metresVar(mesh->sliceRadii(), "Rcs")},
+            {"L", metresVar(mesh->sliceWidths(), "L")},
             {"modified", C::matVar(mesh->isMeshModified(), "modified")},
         });
 }
@@ -531,13 +532,14 @@ matvar_t *MAT_Parcer::sliceRows(const SliceData &slice, bool rotor) const
 // The radial model is not meshed yet: its variables stand, empty, under their names.
 matvar_t *MAT_Parcer::emptyRadialMesh()
 {
-    return C::structVar(QStringLiteral("RadMesh"), {
-                                                       {"p", C::empty("p")},
-                                                       {"e", C::empty("e")},
-                                                       {"t", C::empty("t")},
-                                                       {"MaterialType", C::matVar(QVector<matvar_t *>(), "MaterialType")},
-                                                       {"Properties", C::empty("Properties")},
-                                                   });
+    return C::structVar(QStringLiteral("RadMesh"),
+                        {
+                            {"p", C::empty("p")},
+                            {"e", C::empty("e")},
+                            {"t", C::empty("t")},
+                            {"MaterialType", C::matVar(QVector<matvar_t *>(), "MaterialType")},
+                            {"Properties", C::empty("Properties")},
+                        });
 }
 
 bool MAT_Parcer::saveMotorProperties(const QString &path)
