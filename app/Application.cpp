@@ -9,7 +9,10 @@
 #include "app/SafeMain.h"
 #include "app/SolverStep.h"
 #include "base/UserMessage.h"
+#include "analysis/MAT_Parcer.h"
 #include "document/Document.h"
+#include "document/UndoStack.h"
+#include "winding/WindingObject.h"
 #include "ui/MessageBox.h"
 
 namespace {
@@ -118,13 +121,30 @@ int Application::runDocumentOperation()
         document.exportToJson(m_parser.jsonFile());
         return 0;
     }
-    if (m_parser.isRead()) {
-        handleCmdRead(document, m_parser.exchangeFile());
-        return 0;
-    }
-    qCritical().noquote() << QStringLiteral("Error: operation '%1' is not part of this build yet")
-                                 .arg(m_parser.operation());
-    return -1;
+    const QString exchangeFile = m_parser.exchangeFile();
+    if (m_parser.isExecute())
+        handleCmdExecute(document, exchangeFile);
+    else if (m_parser.isRead())
+        handleCmdRead(document, exchangeFile);
+    else if (m_parser.isGetProps())
+        handleCmdGetProps(document, exchangeFile);
+    else if (m_parser.isCalculate())
+        handleCmdCalculate(document, exchangeFile);
+    else if (m_parser.isSaveZVA())
+        handleCmdSaveZVA(document, exchangeFile, m_parser.fileSaveTo());
+    else
+        return -1;
+    return 0;
+}
+
+void Application::handleCmdExecute(Document &document, const QString &exchangeFile)
+{
+    // The parent asked for the design, not for the end turns' warning.
+    document.winding()->setEndturnShapeGenerated(true, false);
+    QElapsedTimer timer;
+    timer.start();
+    const bool result = document.writeExchangeFile(exchangeFile);
+    qInfo() << "Export data at" << timer.elapsed() << "ms, result:" << result;
 }
 
 void Application::handleCmdRead(Document &document, const QString &exchangeFile)
@@ -133,6 +153,34 @@ void Application::handleCmdRead(Document &document, const QString &exchangeFile)
     timer.start();
     const bool result = document.saveDataSimulationToFile(exchangeFile);
     qInfo() << "Read simulation data at" << timer.elapsed() << "ms, result:" << result;
+}
+
+void Application::handleCmdGetProps(Document &document, const QString &exchangeFile)
+{
+    const bool result = MAT_Parcer(&document).saveMotorProperties(exchangeFile);
+    qInfo() << "handleCmdGetProps, result:" << result;
+}
+
+void Application::handleCmdCalculate(Document &document, const QString &exchangeFile)
+{
+    if (!MAT_Parcer(&document).loadMotorProperties(exchangeFile))
+        return;
+    const bool result = document.writeExchangeFile(exchangeFile);
+    qDebug() << "handleCmdCalculate, result:" << result;
+}
+
+void Application::handleCmdSaveZVA(Document &document, const QString &exchangeFile, const QString &fileToSave)
+{
+    if (!MAT_Parcer(&document).loadMotorProperties(exchangeFile)) {
+        qCritical() << "Load motor properties failed";
+        return;
+    }
+    document.undoStack()->clear();
+    document.clearSimulationData();
+    document.setPreparing(false);
+    document.setModified(true);
+    const bool result = document.save(fileToSave, nullptr);
+    qInfo() << "handleCmdSaveZVA, result:" << result;
 }
 
 void Application::handleCmdWrite(Document &document, const QString &exchangeFile, const QString &documentFile)

@@ -23,7 +23,11 @@ public:
     // One operation of the command line without a window; the exit code.
     int runHeadless();
 
+    void handleCmdExecute(Document &document, const QString &exchangeFile);
     void handleCmdRead(Document &document, const QString &exchangeFile);
+    void handleCmdGetProps(Document &document, const QString &exchangeFile);
+    void handleCmdCalculate(Document &document, const QString &exchangeFile);
+    void handleCmdSaveZVA(Document &document, const QString &exchangeFile, const QString &fileToSave);
     void handleCmdWrite(Document &document, const QString &exchangeFile, const QString &documentFile);
     void runAssembleZVA(const QString &exchangeFile);
     void runMStimestepping(const QString &exchangeFile);

@@ -2,9 +2,5 @@
 
 #include <QString>
 
-// The path of a new exchange file in the application's data folder, unique in this
-// process; empty when a stale file of that name can't be removed.
-QString getPathFileExchange(const QString &suffix);
-
 // A ".lnk" argument is a link to the real file; any other path passes unchanged.
 QString resolveShellLink(const QString &path);

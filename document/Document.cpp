@@ -606,6 +606,9 @@ void Document::resetPieces()
 void Document::ensureData()
 {
     pieces();
+    m_winding->updateEndturns();
+    m_mesh->createGeometrySlices();
+    m_mesh->createMeshSlices();
     QCoreApplication::processEvents();
 }
 

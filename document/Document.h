@@ -202,6 +202,8 @@ public:
     bool loadDataSimulationFromFile(const QString &path);
     bool saveDataSimulationToFile(const QString &path) const;
     bool exportToJson(const QString &path);
+    // The design as a MAT exchange file, with its meshes built first.
+    bool writeExchangeFile(const QString &path);
     bool errorVersionMessage();
     const QImage &previewImage() const { return m_previewImage; }
 

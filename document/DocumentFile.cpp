@@ -14,6 +14,7 @@
 
 #include "QmlScripting/ConfigObject.h"
 #include "analysis/DriveSettings.h"
+#include "analysis/MAT_Parcer.h"
 #include "analysis/MagnetostaticAnalysis.h"
 #include "base/ScriptConsole.h"
 #include "base/UserMessage.h"
@@ -371,6 +372,16 @@ bool Document::exportToJson(const QString &path)
     const QJsonObject json{{QStringLiteral("fileType"), QStringLiteral("Zolvane")}};
     file.write(QJsonDocument(json).toJson(QJsonDocument::Indented));
     return file.commit();
+}
+
+bool Document::writeExchangeFile(const QString &path)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    const WaitCursor waitCursor;
+    ensureData();
+    MAT_Parcer parcer(this);
+    parcer.setShowMessageBoxes(m_showMessageBoxes);
+    return parcer.write(QDir::toNativeSeparators(path));
 }
 
 QString zvaSuffix()

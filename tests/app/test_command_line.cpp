@@ -6,6 +6,7 @@
 
 #include "app/ExchangeFile.h"
 #include "app/RemoteConsoleServer.h"
+#include "base/ExchangePath.h"
 #include "base/ScriptConsole.h"
 #include "support/ProgramRun.h"
 
