@@ -9,7 +9,11 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QJsonDocument>
+#include <QComboBox>
 #include <QJsonObject>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -26,6 +30,8 @@
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "meshing/Mesh.h"
+#include "ui/ConsoleModel.h"
+#include "ui/ConsoleWidget.h"
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
@@ -46,10 +52,15 @@ int nextNewDocumentNumber()
     return ++counter;
 }
 
-bool isAnalysisShown()
+bool isDebugMode()
 {
     const MainWindow *main = MainWindow::instance();
-    return (main && main->isDebugMode()) || qEnvironmentVariable("USERNAME") == QLatin1String("quorlan");
+    return main && main->isDebugMode();
+}
+
+bool isAnalysisShown()
+{
+    return isDebugMode() || qEnvironmentVariable("USERNAME") == QLatin1String("quorlan");
 }
 
 // The root of the parent installation, where the program proposes its files.
@@ -116,8 +127,7 @@ void DocumentWindow::createForm()
     m_viewers->setObjectName(QStringLiteral("stackedViewers"));
     viewerLayout->addWidget(m_viewers);
     createViewers();
-    auto *widgetConsole = new QWidget(m_splitterVertical);
-    widgetConsole->setObjectName(QStringLiteral("widgetConsole"));
+    createConsole(new QWidget(m_splitterVertical));
     layout->addWidget(m_splitterHorizontal);
 
     addEditorPage("editorGeometry", tr("Geometry Editor"), QStringLiteral(":/geometry.png"), Document::GeometryMotor);
@@ -136,6 +146,161 @@ void DocumentWindow::createForm()
         m_splitterHorizontal->setSizes({100, 400});
     if (!m_splitterVertical->restoreState(settings.value(keyVerticalSplitter).toByteArray()))
         m_splitterVertical->setSizes({400, 0});
+}
+
+void DocumentWindow::createConsole(QWidget *widgetConsole)
+{
+    widgetConsole->setObjectName(QStringLiteral("widgetConsole"));
+    auto *grid = new QGridLayout(widgetConsole);
+    grid->setSpacing(1);
+    grid->setContentsMargins(0, 0, 0, 0);
+
+    auto *caption = new QWidget(widgetConsole);
+    caption->setObjectName(QStringLiteral("widgetCaption"));
+    auto *row = new QHBoxLayout(caption);
+    row->setSpacing(6);
+    row->setContentsMargins(4, 2, 4, 2);
+    row->addWidget(new QLabel(tr("Console"), caption));
+    row->addWidget(new QLabel(tr("Filter:"), caption));
+    m_comboBoxConsole = new QComboBox(caption);
+    m_comboBoxConsole->setObjectName(QStringLiteral("comboBoxConsole"));
+    m_comboBoxConsole->addItem(tr("All"), int(ScriptConsole::All));
+    m_comboBoxConsole->insertSeparator(1);
+    const struct {
+        ScriptConsole::Scope scope;
+        QString text;
+    } scopes[] = {{ScriptConsole::Motor, tr("Geometry")},
+                  {ScriptConsole::Stator, tr("Geometry (stator editor)")},
+                  {ScriptConsole::Rotor, tr("Geometry (rotor editor)")},
+                  {ScriptConsole::Winding, tr("Winding")},
+                  {ScriptConsole::Mesh, tr("Mesh")},
+                  {ScriptConsole::Magnitostatic, tr("Magnetostatic")}};
+    for (const auto &scope : scopes)
+        m_comboBoxConsole->addItem(scope.text, int(scope.scope));
+    row->addWidget(m_comboBoxConsole);
+    const auto addLine = [caption, row](const char *name) {
+        auto *line = new QFrame(caption);
+        line->setObjectName(QLatin1String(name));
+        line->setFrameShape(QFrame::VLine);
+        line->setFrameShadow(QFrame::Sunken);
+        row->addWidget(line);
+    };
+    addLine("vertLine");
+
+    m_console = new ConsoleWidget(widgetConsole);
+    m_console->setObjectName(QStringLiteral("viewerConsole"));
+    const struct {
+        const char *name;
+        const char *icon;
+        qint32 kind;
+        void (ConsoleWidget::*counter)(int);
+        const char *text;
+    } buttons[] = {
+        {"buttonErrors", ":/status-error.png", ConsoleContentModel::ErrorKind, &ConsoleWidget::errorsChanged,
+         QT_TR_NOOP("%1 Error(s)")},
+        {"buttonWarnings", ":/status-warn.png", ConsoleContentModel::WarningKind, &ConsoleWidget::warningsChanged,
+         QT_TR_NOOP("%1 Warning(s)")},
+        {"buttonInformations", ":/status-info.png", ConsoleContentModel::InformationKind,
+         &ConsoleWidget::informationsChanged, QT_TR_NOOP("%1 Information(s)")},
+        {"buttonLogs", ":/bug.png", ConsoleContentModel::LogKind, &ConsoleWidget::logsChanged, QT_TR_NOOP("%1 Log(s)")},
+    };
+    for (const auto &spec : buttons) {
+        auto *button = new QPushButton(QIcon(QLatin1String(spec.icon)), tr(spec.text).arg(0), caption);
+        button->setObjectName(QLatin1String(spec.name));
+        button->setCheckable(true);
+        button->setChecked(true);
+        button->setFlat(true);
+        row->addWidget(button);
+        const qint32 kind = spec.kind;
+        const char *text = spec.text;
+        connect(button, &QPushButton::clicked, m_console,
+                [this, kind](bool on) { m_console->setKindVisible(kind, on); });
+        connect(m_console, spec.counter, button, [button, text](int count) {
+            button->setText(tr(text).arg(count));
+            button->setEnabled(count != 0);
+        });
+        if (kind != ConsoleContentModel::LogKind)
+            button->setEnabled(false);
+        else
+            m_buttonLogs = button;
+    }
+    addLine("vertLine_2");
+    auto *actionClear = new QAction(QIcon(QStringLiteral(":/console-clear.png")), tr("Clear"), this);
+    actionClear->setObjectName(QStringLiteral("actionClearConsole"));
+    auto *buttonClear = new QToolButton(caption);
+    buttonClear->setObjectName(QStringLiteral("buttonClearConsole"));
+    buttonClear->setDefaultAction(actionClear);
+    buttonClear->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    buttonClear->setToolTip(tr("Clear Console Window"));
+    row->addWidget(buttonClear);
+    row->addStretch();
+    auto *buttonClose = new QToolButton(caption);
+    buttonClose->setObjectName(QStringLiteral("buttonCloseConsole"));
+    buttonClose->setIcon(QIcon(QStringLiteral(":/close.png")));
+    buttonClose->setAutoRaise(true);
+    row->addWidget(buttonClose);
+
+    auto *labelPrompt = new QLabel(QStringLiteral(" >"), widgetConsole);
+    labelPrompt->setObjectName(QStringLiteral("labelPrompt"));
+    labelPrompt->hide();
+    auto *editCommand = new QLineEdit(widgetConsole);
+    editCommand->setObjectName(QStringLiteral("editCommand"));
+    editCommand->setFrame(false);
+    editCommand->hide();
+    grid->addWidget(caption, 0, 0, 1, 2);
+    grid->addWidget(m_console, 1, 0, 1, 2);
+    grid->addWidget(labelPrompt, 2, 0);
+    grid->addWidget(editCommand, 2, 1);
+
+    connect(m_comboBoxConsole, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this](int index) {
+        m_console->setScopes(ScriptConsole::Scopes(m_comboBoxConsole->itemData(index).toInt()));
+    });
+    connect(actionClear, &QAction::triggered, m_console, &ConsoleWidget::clear);
+    connect(buttonClose, &QToolButton::clicked, this, [this] {
+        QList<int> sizes = m_splitterVertical->sizes();
+        if (sizes.value(1) != 0) {
+            sizes[0] += sizes[1];
+            sizes[1] = 0;
+            m_splitterVertical->setSizes(sizes);
+        }
+    });
+
+    m_consoleModel = new ConsoleContentModel(this);
+    for (ScriptConsole *console : {m_document->console(), m_document->rotor()->console(),
+                                   m_document->stator()->console(), m_document->winding()->console(),
+                                   m_document->mesh()->console(), m_document->analysis()->console()})
+        m_consoleModel->attach(console);
+    m_console->setSourceModel(m_consoleModel);
+    showLogs(isDebugMode());
+    if (const MainWindow *main = MainWindow::instance())
+        connect(main, &MainWindow::debugModeChanged, this, &DocumentWindow::showLogs);
+}
+
+// A console that shows one scope moves to the scope of the page.
+void DocumentWindow::followModeInConsole(Document::Mode mode)
+{
+    const int shown = m_comboBoxConsole->currentData().toInt();
+    if (shown == ScriptConsole::All || shown == ScriptConsole::Empty)
+        return;
+    static const QHash<Document::Mode, ScriptConsole::Scope> scopeOfMode{
+        {Document::GeometryMotor, ScriptConsole::Motor},
+        {Document::GeometryStator, ScriptConsole::Stator},
+        {Document::GeometryRotor, ScriptConsole::Rotor},
+        {Document::Winding, ScriptConsole::Winding},
+        {Document::Mesh2D, ScriptConsole::Mesh},
+        {Document::Mesh3D, ScriptConsole::Mesh},
+        {Document::AnalysisMagnetostatic, ScriptConsole::Magnitostatic}};
+    if (!scopeOfMode.contains(mode)) {
+        qCritical() << "Can't found scope for" << mode;
+        return;
+    }
+    m_comboBoxConsole->setCurrentIndex(m_comboBoxConsole->findData(int(scopeOfMode.value(mode))));
+}
+
+void DocumentWindow::showLogs(bool debugMode)
+{
+    m_console->setKindVisible(ConsoleContentModel::LogKind, debugMode && m_buttonLogs->isChecked());
+    m_buttonLogs->setVisible(debugMode);
 }
 
 void DocumentWindow::createViewers()
@@ -200,6 +365,7 @@ void DocumentWindow::documentModeChanged(Document::Mode mode)
     else if (mode == Document::GeometryRotor)
         geometryText = tr("Geometry Editor (Rotor)");
     m_toolBoxEditors->setItemText(0, geometryText);
+    followModeInConsole(mode);
     emit aboutToUpdateUI();
 }
 

@@ -5,7 +5,11 @@
 
 #include "document/Document.h"
 
+class ConsoleContentModel;
+class ConsoleWidget;
 class GeometryViewer;
+class QComboBox;
+class QPushButton;
 class QSplitter;
 class QStackedWidget;
 class QToolBox;
@@ -56,6 +60,9 @@ private slots:
 
 private:
     void createForm();
+    void createConsole(QWidget *widgetConsole);
+    void showLogs(bool debugMode);
+    void followModeInConsole(Document::Mode mode);
     void createViewers();
     void showViewerOf(Document::Mode mode);
     void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode);
@@ -73,6 +80,10 @@ private:
     QSplitter *m_splitterVertical = nullptr;
     QToolBox *m_toolBoxEditors = nullptr;
     QStackedWidget *m_viewers = nullptr;
+    ConsoleContentModel *m_consoleModel = nullptr;
+    ConsoleWidget *m_console = nullptr;
+    QComboBox *m_comboBoxConsole = nullptr;
+    QPushButton *m_buttonLogs = nullptr;
     QHash<Document::Mode, GeometryViewer *> m_viewerOfMode;
     QList<Document::Mode> m_pageModes;
 };
