@@ -36,6 +36,7 @@
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
 #include "ui/Viewer/ElementScenes.h"
+#include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
 #include "winding/WindingObject.h"
 
@@ -317,6 +318,7 @@ void DocumentWindow::createViewers()
         viewer->setObjectName(QLatin1String(name));
         m_viewers->addWidget(viewer);
         m_viewerOfMode.insert(mode, viewer);
+        connect(viewer, &occ::View::zoomAutoFitChanged, this, &DocumentWindow::aboutToUpdateUI);
     };
     addViewer(new MotorGeometryScene(m_document), "viewerMotor", Document::GeometryMotor);
     addViewer(new StatorGeometryScene(m_document), "viewerStator", Document::GeometryStator);
@@ -514,25 +516,55 @@ bool DocumentWindow::saveAs()
 
 bool DocumentWindow::exportToJSON(const QString &name)
 {
-    const QString key = QStringLiteral("Settings/PathExportJSON");
+    const ExportRecipe recipe{QStringLiteral("Settings/PathExportJSON"), QStringLiteral("/SimFiles"),
+                              tr("JSON file (*.json)"), tr("Export to JSON"), QStringLiteral(".json"), QString()};
+    return exportFile(recipe, name, [this](const QString &path) { return m_document->exportToJson(path); });
+}
+
+bool DocumentWindow::exportToMAT(const QString &name)
+{
+    const ExportRecipe recipe{QStringLiteral("Settings/PathExportMAT"), QStringLiteral("/SimFiles"),
+                              tr("MAT file (*.mat)"), tr("Export to MAT"), QStringLiteral(".mat"), QString()};
+    return exportFile(recipe, name, [this](const QString &path) { return m_document->writeExchangeFile(path); });
+}
+
+bool DocumentWindow::exportToSTEP(const QString &name)
+{
+    GeometryViewer *shown = viewer(m_document->mode());
+    if (!shown)
+        return false;
+    static const QHash<Document::Mode, QString> nameSuffix{{Document::GeometryStator, QStringLiteral("_stator")},
+                                                            {Document::GeometryRotor, QStringLiteral("_rotor")},
+                                                            {Document::Winding, QStringLiteral("_winding")}};
+    const ExportRecipe recipe{QStringLiteral("Settings/PathExportSTEP"), QStringLiteral("/STEP"),
+                              tr("STEP file (*.step)"), tr("Export to STEP"), QStringLiteral(".step"),
+                              nameSuffix.value(m_document->mode())};
+    return exportFile(recipe, name, [shown](const QString &path) { return shown->scene()->exportToSTEP(path); });
+}
+
+bool DocumentWindow::exportFile(const ExportRecipe &recipe, const QString &name,
+                                const std::function<bool(const QString &)> &write)
+{
     QSettings settings;
-    const QString stored = settings.value(key).toString();
+    const QString stored = settings.value(recipe.settingsKey).toString();
     QString folder = stored;
     if (folder.isEmpty()) {
-        folder = rootPath() + QStringLiteral("/SimFiles");
+        folder = rootPath() + recipe.folderBelowRoot;
         QDir().mkpath(folder);
     }
     const QString base = name.isEmpty() ? m_document->filePath() : name;
     const QString proposal = folder + (stored.isEmpty() ? QString() : QString(QDir::separator()))
-                             + QFileInfo(base).completeBaseName();
-    QString path = FileDialog::getSaveFileName(this, tr("Export to JSON"), proposal, tr("JSON file (*.json)"));
+                             + QFileInfo(base).completeBaseName() + recipe.nameSuffix;
+    QString path = FileDialog::getSaveFileName(this, recipe.title, proposal, recipe.filter);
     if (path.isEmpty())
         return false;
-    settings.setValue(key, QFileInfo(path).absolutePath());
-    const QString forced = QStringLiteral(".json");
-    if (QLatin1Char('.') + QFileInfo(path).suffix().toLower() != forced)
-        path += forced;
-    if (!m_document->exportToJson(path)) {
+    settings.setValue(recipe.settingsKey, QFileInfo(path).absolutePath());
+    if (QLatin1Char('.') + QFileInfo(path).suffix().toLower() != recipe.forcedSuffix)
+        path += recipe.forcedSuffix;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool written = write(path);
+    QApplication::restoreOverrideCursor();
+    if (!written) {
         MessageBox::warning(this, QCoreApplication::applicationName(),
                             tr("Cannot write file %1.").arg(QDir::toNativeSeparators(path)));
         return false;
@@ -594,6 +626,24 @@ void DocumentWindow::pasteProperties(Element which)
     if (map == target->property("properties").toMap())
         return;
     m_document->execCommand(new CommandSetPropertyObject(target, "properties", map));
+}
+
+void DocumentWindow::zoomIn()
+{
+    if (GeometryViewer *shown = viewer(m_document->mode()))
+        shown->zoomIn();
+}
+
+void DocumentWindow::zoomOut()
+{
+    if (GeometryViewer *shown = viewer(m_document->mode()))
+        shown->zoomOut();
+}
+
+void DocumentWindow::setZoomAutoFit(bool on)
+{
+    if (GeometryViewer *shown = viewer(m_document->mode()))
+        shown->setZoomAutoFit(on);
 }
 
 void DocumentWindow::undo()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <functional>
 #include <QWidget>
 
 #include "document/Document.h"
@@ -34,7 +35,11 @@ public:
     void newDocument();
     bool save();
     bool saveAs();
+    // Each asks for the file, proposing the given name or the document's.
     bool exportToJSON(const QString &name);
+    bool exportToMAT(const QString &name);
+    // The scene of the page on view.
+    bool exportToSTEP(const QString &name);
 
     static QString mimeType(Element element);
     void copyProperties(Element element) const;
@@ -42,6 +47,11 @@ public:
 
     // The 3D view of a geometry mode; none for other modes or without a display.
     GeometryViewer *viewer(Document::Mode mode) const;
+
+    // The view of the page on show.
+    void zoomIn();
+    void zoomOut();
+    void setZoomAutoFit(bool on);
 
     void undo();
     void redo();
@@ -59,6 +69,17 @@ private slots:
     void documentWasModified();
 
 private:
+    struct ExportRecipe {
+        QString settingsKey;
+        QString folderBelowRoot;
+        QString filter;
+        QString title;
+        QString forcedSuffix;
+        QString nameSuffix;
+    };
+    bool exportFile(const ExportRecipe &recipe, const QString &name,
+                    const std::function<bool(const QString &)> &write);
+
     void createForm();
     void createConsole(QWidget *widgetConsole);
     void showLogs(bool debugMode);

@@ -36,6 +36,7 @@
 #include "ui/DocumentWindow.h"
 #include "ui/FileDialog.h"
 #include "ui/MessageBox.h"
+#include "ui/Viewer/GeometryViewer.h"
 
 // The window's icons live in the static library, whose resources are only linked
 // in when asked for; Q_INIT_RESOURCE may not stand inside a namespace.
@@ -176,6 +177,15 @@ void MainWindow::createActions()
                               QStringLiteral(":/help.png"));
     m_actionExportToJSON = makeAction("actionExportToJSON", tr("Export to JSON..."), {}, {},
                                       QStringLiteral(":/json.png"));
+    m_actionExportToSTEP = makeAction("actionExportToSTEP", tr("Export to STEP..."), tr("Export to STEP"), {},
+                                      QStringLiteral(":/save-step.png"));
+    m_actionExportToMAT = makeAction("actionExportToMAT", tr("Export to MAT..."), tr("Export to MAT"), {},
+                                     QStringLiteral(":/MatLab.png"));
+    m_actionZoomIn = makeAction("actionZoomIn", tr("Zoom in"), tr("Zoom in (Ctrl + Scroll)"), QStringLiteral("+"),
+                                QStringLiteral(":/zoom_in.png"));
+    m_actionZoomOut = makeAction("actionZoomOut", tr("Zoom out"), tr("Zoom out (Ctrl + Scroll)"),
+                                 QStringLiteral("-"), QStringLiteral(":/zoom_out.png"));
+    m_actionZoomFit = makeAction("actionZoomFit", tr("Zoom fit"), {}, {}, QStringLiteral(":/zoom_fit.png"), true);
     const QString copyIcon = QStringLiteral(":/page_copy.png");
     const QString pasteIcon = QStringLiteral(":/page_paste.png");
     m_actionCopyMeshProperties = makeAction("actionCopyMeshProperties", tr("Copy properties"),
@@ -224,7 +234,12 @@ void MainWindow::createActions()
     connect(m_actionUndo2, &QAction::triggered, this, &MainWindow::undo);
     connect(m_actionRedo2, &QAction::triggered, this, &MainWindow::redo);
     connect(m_actionHelp, &QAction::triggered, this, &MainWindow::actionHelp);
+    connect(m_actionExportToSTEP, &QAction::triggered, this, &MainWindow::exportToSTEP);
+    connect(m_actionExportToMAT, &QAction::triggered, this, &MainWindow::exportToMAT);
     connect(m_actionExportToJSON, &QAction::triggered, this, &MainWindow::exportToJSON);
+    connect(m_actionZoomIn, &QAction::triggered, this, &MainWindow::zoomIn);
+    connect(m_actionZoomOut, &QAction::triggered, this, &MainWindow::zoomOut);
+    connect(m_actionZoomFit, &QAction::triggered, this, &MainWindow::setZoomAutoFit);
     connect(m_actionCopyStatorProperties, &QAction::triggered, this, &MainWindow::actionCopyStatorProperties);
     connect(m_actionCopyRotorProperties, &QAction::triggered, this, &MainWindow::actionCopyRotorProperties);
     connect(m_actionCopyWindingProperties, &QAction::triggered, this, &MainWindow::actionCopyWindingProperties);
@@ -247,6 +262,8 @@ void MainWindow::createMenus()
     menuFile->addAction(m_actionSave);
     menuFile->addAction(m_actionSaveAs);
     menuFile->addSeparator();
+    menuFile->addAction(m_actionExportToSTEP);
+    menuFile->addAction(m_actionExportToMAT);
     menuFile->addAction(m_actionExportToJSON);
     menuFile->addSeparator();
     menuFile->addAction(m_actionExit);
@@ -279,6 +296,10 @@ void MainWindow::createMenus()
 
     QMenu *menuView = menuBar()->addMenu(tr("View"));
     menuView->setObjectName(QStringLiteral("menuView"));
+    menuView->addAction(m_actionZoomIn);
+    menuView->addAction(m_actionZoomOut);
+    menuView->addAction(m_actionZoomFit);
+    menuView->addSeparator();
     menuView->addAction(m_actionToggleDebugMode);
 
     m_menuWindow = menuBar()->addMenu(tr("Window"));
@@ -301,6 +322,7 @@ void MainWindow::createToolBar()
     toolBar->addAction(m_actionNew);
     toolBar->addAction(m_actionOpen);
     toolBar->addAction(m_actionSave);
+    toolBar->addAction(m_actionExportToSTEP);
     toolBar->addSeparator();
     toolBar->addAction(m_actionUndo2);
     toolBar->addAction(m_actionRedo2);
@@ -312,6 +334,10 @@ void MainWindow::createToolBar()
         if (auto *button = qobject_cast<QToolButton *>(toolBar->widgetForAction(action)))
             button->setPopupMode(QToolButton::MenuButtonPopup);
     }
+    toolBar->addSeparator();
+    toolBar->addAction(m_actionZoomIn);
+    toolBar->addAction(m_actionZoomOut);
+    toolBar->addAction(m_actionZoomFit);
     toolBar->addSeparator();
     toolBar->addAction(m_actionHelp);
 
@@ -481,6 +507,36 @@ void MainWindow::saveAs()
 {
     if (DocumentWindow *window = currentDocumentWindow(); window && window->saveAs())
         fileSaved();
+}
+
+void MainWindow::exportToSTEP()
+{
+    if (DocumentWindow *window = currentDocumentWindow(); window && window->exportToSTEP(QString()))
+        statusBar()->showMessage(tr("File exported to STEP"), statusTimeout);
+}
+
+void MainWindow::exportToMAT()
+{
+    if (DocumentWindow *window = currentDocumentWindow(); window && window->exportToMAT(QString()))
+        statusBar()->showMessage(tr("File exported to MAT"), statusTimeout);
+}
+
+void MainWindow::zoomIn()
+{
+    if (DocumentWindow *window = currentDocumentWindow())
+        window->zoomIn();
+}
+
+void MainWindow::zoomOut()
+{
+    if (DocumentWindow *window = currentDocumentWindow())
+        window->zoomOut();
+}
+
+void MainWindow::setZoomAutoFit(bool on)
+{
+    if (DocumentWindow *window = currentDocumentWindow())
+        window->setZoomAutoFit(on);
 }
 
 void MainWindow::exportToJSON()
@@ -659,7 +715,17 @@ void MainWindow::updateUI()
     m_actionRecentFiles->setVisible(openable);
     m_actionSave->setEnabled(editable);
     m_actionSaveAs->setEnabled(editable);
+    m_actionExportToSTEP->setEnabled(document && !protectedFile && mode < Document::Mesh2D && !busy
+                                     && window->viewer(mode));
+    m_actionExportToMAT->setEnabled(document && !protectedFile && !busy
+                                    && (mode == Document::GeometryMotor || mode == Document::Winding
+                                        || mode == Document::Mesh2D || mode == Document::Mesh3D));
     m_actionExportToJSON->setEnabled(document && !protectedFile && !busy);
+    const bool zoomable = window && window->viewer(mode);
+    m_actionZoomIn->setEnabled(zoomable);
+    m_actionZoomOut->setEnabled(zoomable);
+    m_actionZoomFit->setEnabled(zoomable);
+    m_actionZoomFit->setChecked(zoomable && window->viewer(mode)->zoomAutoFit());
 
     const bool canUndo = window && window->canUndo() && !busy;
     const bool canRedo = window && window->canRedo() && !busy;

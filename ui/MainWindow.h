@@ -55,7 +55,12 @@ private slots:
     void actionOpen();
     void save();
     void saveAs();
+    void exportToSTEP();
+    void exportToMAT();
     void exportToJSON();
+    void zoomIn();
+    void zoomOut();
+    void setZoomAutoFit(bool on);
     void updateRecentFileActions();
     void openRecentFile();
     void unlockSimulationFile();
@@ -115,7 +120,12 @@ private:
     QAction *m_actionUndo = nullptr;
     QAction *m_actionRedo = nullptr;
     QAction *m_actionHelp = nullptr;
+    QAction *m_actionExportToSTEP = nullptr;
+    QAction *m_actionExportToMAT = nullptr;
     QAction *m_actionExportToJSON = nullptr;
+    QAction *m_actionZoomIn = nullptr;
+    QAction *m_actionZoomOut = nullptr;
+    QAction *m_actionZoomFit = nullptr;
     QAction *m_actionCopyMeshProperties = nullptr;
     QAction *m_actionCopyWindingProperties = nullptr;
     QAction *m_actionCopyStatorProperties = nullptr;

@@ -25,12 +25,16 @@
 
 #include "base/UserMessage.h"
 #include "document/UndoStack.h"
+#include "geometry/Stator.h"
+#include "materials/AbstractMaterial.h"
 #include "meshing/Mesh.h"
 #include "ui/CommandStackView.h"
 #include "ui/DocumentWindow.h"
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/Viewer/GeometryScene.h"
+#include "ui/Viewer/GeometryViewer.h"
 
 namespace {
 
@@ -567,4 +571,99 @@ TEST_F(MainWindowTest, AReadOnlyDocumentIsOnlyViewed)
     EXPECT_FALSE(action("actionSave")->isEnabled());
     EXPECT_FALSE(action("actionNew")->isVisible());
     EXPECT_FALSE(action("actionOpen")->isVisible());
+}
+
+namespace {
+
+constexpr int drawTimeout = 120000;
+
+// Waits until the scene of the viewer has drawn the document's newest machine.
+bool waitForMachine(GeometryViewer *viewer)
+{
+    QSignalSpy redrawn(viewer->scene(), &GeometryScene::redrawScene);
+    while (viewer->scene()->isGenerating() || viewer->scene()->objects().isEmpty()) {
+        if (!redrawn.wait(drawTimeout))
+            return false;
+    }
+    return true;
+}
+
+int coilsOn(const GeometryScene *scene)
+{
+    int coils = 0;
+    for (const Piece &piece : scene->pieces())
+        coils += piece.kind() == AbstractMaterial::WindingKind ? 1 : 0;
+    return coils;
+}
+
+} // namespace
+
+TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
+{
+    window->resize(1100, 720);
+    DocumentWindow *documentWindow = openByDialog(design);
+    ASSERT_NE(documentWindow, nullptr);
+    GeometryViewer *viewer = documentWindow->viewer(Document::GeometryMotor);
+    ASSERT_NE(viewer, nullptr);
+    ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_TRUE(viewer->isVisible());
+    const int coilsBefore = coilsOn(viewer->scene());
+    EXPECT_GT(coilsBefore, 0);
+
+    const QImage drawn = window->grab().toImage();
+    if (qEnvironmentVariableIsSet("ZDS_SCREENSHOT"))
+        drawn.save(qEnvironmentVariable("ZDS_SCREENSHOT"));
+    int magnetPixels = 0;
+    for (int y = 0; y < drawn.height(); ++y) {
+        for (int x = 0; x < drawn.width(); ++x) {
+            const QColor pixel = drawn.pixelColor(x, y);
+            magnetPixels += pixel.hsvSaturationF() > 0.4 && std::abs(pixel.hsvHue() - 240) < 8 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(magnetPixels, 20) << "the south poles of the magnets are drawn in the window";
+
+    Document *document = documentWindow->document();
+    document->setPropertyUndoable(document->stator(), "numberSlots", 24);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(viewer->progressText(), "Generating motor geometry...");
+    ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_TRUE(viewer->progressText().isEmpty());
+    EXPECT_EQ(coilsOn(viewer->scene()), 2 * coilsBefore);
+
+    trigger("actionUndo");
+    ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_EQ(coilsOn(viewer->scene()), coilsBefore);
+}
+
+TEST_F(MainWindowTest, ExportToStepWritesTheBodiesOfThePageOnView)
+{
+    DocumentWindow *documentWindow = openByDialog(design);
+    ASSERT_NE(documentWindow, nullptr);
+    documentWindow->document()->setMode(Document::GeometryStator);
+    GeometryViewer *viewer = documentWindow->viewer(Document::GeometryStator);
+    ASSERT_TRUE(waitForMachine(viewer));
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(action("actionExportToSTEP")->isEnabled());
+
+    FileDialog::answerNextDialogs({folder.filePath("stator.STEP")});
+    trigger("actionExportToSTEP");
+    EXPECT_FALSE(QFileInfo::exists(folder.filePath("stator.STEP.step"))) << "the suffix is taken in any case";
+    const QByteArray written = readAll(folder.filePath("stator.STEP"));
+    EXPECT_TRUE(written.startsWith("ISO-10303-21"));
+    EXPECT_EQ(written.count("MANIFOLD_SOLID_BREP"), viewer->scene()->pieces().size()) << "one body per piece";
+    EXPECT_EQ(window->statusBar()->currentMessage(), "File exported to STEP");
+
+    documentWindow->document()->setMode(Document::Mesh2D);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(action("actionExportToSTEP")->isEnabled());
+}
+
+TEST_F(MainWindowTest, ExportToMatWritesTheExchangeFile)
+{
+    ASSERT_NE(openByDialog(design), nullptr);
+    ASSERT_TRUE(action("actionExportToMAT")->isEnabled());
+    FileDialog::answerNextDialogs({folder.filePath("exchange")});
+    trigger("actionExportToMAT");
+    EXPECT_TRUE(readAll(folder.filePath("exchange.mat")).startsWith("MATLAB 5.0 MAT-file"));
+    EXPECT_EQ(window->statusBar()->currentMessage(), "File exported to MAT");
 }

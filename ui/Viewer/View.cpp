@@ -196,6 +196,8 @@ void View::setZoomAutoFit(bool on)
     if (m_zoomAutoFit == on)
         return;
     m_zoomAutoFit = on;
+    if (on)
+        fitAll();
     emit zoomAutoFitChanged(on);
 }
 
@@ -314,6 +316,22 @@ void View::fitAll(double margin)
 void View::fitAll()
 {
     fitAll(0.01);
+}
+
+void View::zoomIn()
+{
+    userMovedView();
+    if (!m_view.IsNull())
+        m_view->SetZoom(1.25);
+    update();
+}
+
+void View::zoomOut()
+{
+    userMovedView();
+    if (!m_view.IsNull())
+        m_view->SetZoom(0.8);
+    update();
 }
 
 } // namespace occ

@@ -54,6 +54,8 @@ public slots:
     void setWireframe();
     void fitAll(double margin);
     void fitAll();
+    void zoomIn();
+    void zoomOut();
 
 protected:
     void showEvent(QShowEvent *event) override;
