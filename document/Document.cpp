@@ -539,15 +539,16 @@ PieceList Document::pieces()
 
 namespace {
 
+// The bodies of both elements are built at the same time: each item guards its
+// caches, and the rotor reaches the stator only for its simulation domain, which
+// the stator gives under its engine's mutex.
 template <typename Item>
-void buildMissingPieces(const QVector<Item *> &items)
+void buildMissingPieces(tbb::task_group &group, const QVector<Item *> &items)
 {
-    tbb::task_group group;
     for (Item *item : items) {
         if (!item->hasCachedPieces())
             group.run([item] { item->createPieces(); });
     }
-    group.wait();
 }
 
 template <typename Item>
@@ -573,8 +574,10 @@ PieceList Document::taskCreatePieces()
 
     QElapsedTimer timer;
     timer.start();
-    buildMissingPieces(statorItems);
-    buildMissingPieces(rotorItems);
+    tbb::task_group group;
+    buildMissingPieces(group, statorItems);
+    buildMissingPieces(group, rotorItems);
+    group.wait();
     const qint64 createTime = timer.elapsed();
     qDebug() << "create pieces at" << createTime << "ms";
     m_stator->updateGeometryErrors();
