@@ -38,8 +38,17 @@ int runInteractive(const Application &application)
     const QString program = QFileInfo(QCoreApplication::applicationFilePath()).fileName();
     registerFileType(program, QCoreApplication::applicationName(), zvaSuffix(), 0);
     registerFileType(program, QCoreApplication::applicationName(), zvapSuffix(), 1);
+    const CommandLineParcer &parser = application.parser();
+    WindowStart start;
     const QString document = application.documentArgument();
-    MainWindow window(document.isEmpty() ? QStringList() : QStringList{document});
+    if (!document.isEmpty())
+        start.files = QStringList{document};
+    start.slave = parser.isExecute();
+    start.editable = parser.isEditEnabled();
+    start.exchangeFile = parser.exchangeFile();
+    start.caption = parser.caption();
+    start.page = parser.page();
+    MainWindow window(start);
     window.show();
     // The exit code of an interactive session is always 0.
     QApplication::exec();

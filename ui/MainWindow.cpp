@@ -37,6 +37,7 @@
 #include "ui/FileDialog.h"
 #include "ui/MessageBox.h"
 #include "ui/Viewer/GeometryViewer.h"
+#include "winding/WindingObject.h"
 
 // The window's icons live in the static library, whose resources are only linked
 // in when asked for; Q_INIT_RESOURCE may not stand inside a namespace.
@@ -82,9 +83,9 @@ bool isEnvironmentUserQuorlan()
 
 } // namespace
 
-MainWindow::MainWindow(const QStringList &filesToOpen, QWidget *parent)
+MainWindow::MainWindow(const WindowStart &start, QWidget *parent)
     : QMainWindow(parent)
-    , m_filesToOpen(filesToOpen)
+    , m_start(start)
 {
     initUiResources();
     setObjectName(QStringLiteral("MainWindowClass"));
@@ -359,6 +360,16 @@ void MainWindow::createToolBar()
     connect(unlockButton, &QPushButton::clicked, this, &MainWindow::unlockSimulationFile);
     m_unlockEditAction = toolBar->insertWidget(m_actionHelp, unlockWidget);
 
+    auto *applyButton = new QToolButton(toolBar);
+    applyButton->setObjectName(QStringLiteral("buttonApplyAndClose"));
+    applyButton->setAutoRaise(true);
+    applyButton->setIcon(QIcon(QStringLiteral(":/apply.png")));
+    applyButton->setText(tr("Apply and close"));
+    applyButton->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    applyButton->setToolTip(tr("Back to analysis"));
+    connect(applyButton, &QToolButton::clicked, this, &QWidget::close);
+    m_applyAndCloseAction = toolBar->insertWidget(m_unlockEditAction, applyButton);
+
     auto *spacer = new QWidget(toolBar);
     spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     m_spacerAction = toolBar->insertWidget(m_actionHelp, spacer);
@@ -383,15 +394,42 @@ void MainWindow::unlockSimulationFile()
 
 void MainWindow::parseCmdLine()
 {
-    for (const QString &path : qAsConst(m_filesToOpen))
+    if (m_start.slave) {
+        startSlave();
+        return;
+    }
+    for (const QString &path : qAsConst(m_start.files))
         openFile(path, false, Document::UnknownMode);
-    m_filesToOpen.clear();
     menuBar()->show();
     updateUI();
 }
 
+void MainWindow::startSlave()
+{
+    // The file appears again only when the user has finished: the parent waits for it.
+    if (QFileInfo::exists(m_start.exchangeFile) && !QFile::remove(m_start.exchangeFile))
+        qCritical() << "file" << m_start.exchangeFile << "exists and cannot remove";
+    const QString page = m_start.page.toLower();
+    Document::Mode mode = Document::GeometryMotor;
+    if (page == QLatin1String("winding")) {
+        mode = Document::Winding;
+    } else if (page == QLatin1String("mesh")) {
+        mode = Document::Mesh2D;
+    } else if (page != QLatin1String("geometry")) {
+        qWarning().noquote() << "Unknown page:" << m_start.page << ". Set document mode: GeometryMotor";
+    }
+    for (const QString &path : qAsConst(m_start.files)) {
+        if (openFile(path, !m_start.editable, mode))
+            m_slaveWindow->document()->setSlave(true);
+    }
+    updateUI();
+    updateWindowTitle();
+}
+
 DocumentWindow *MainWindow::currentDocumentWindow() const
 {
+    if (m_start.slave)
+        return m_slaveWindow;
     return m_activeWindow ? qobject_cast<DocumentWindow *>(m_activeWindow->widget()) : nullptr;
 }
 
@@ -417,7 +455,13 @@ void MainWindow::subWindowActivated(QMdiSubWindow *window)
 DocumentWindow *MainWindow::createMdiWindow(Document::Mode mode)
 {
     auto *window = new DocumentWindow(mode);
-    m_mdiArea->addSubWindow(window);
+    if (m_start.slave) {
+        m_mdiArea->hide();
+        centralWidget()->layout()->addWidget(window);
+        m_slaveWindow = window;
+    } else {
+        m_mdiArea->addSubWindow(window);
+    }
     connect(window, &DocumentWindow::aboutToUpdateUI, this, &MainWindow::updateUI);
     connect(window, &DocumentWindow::aboutToUpdateTitle, this, &MainWindow::updateWindowTitle);
     return window;
@@ -709,10 +753,16 @@ void MainWindow::updateUI()
     const bool editable = document && !readonly && !protectedFile && !busy;
     const Document::Mode mode = document ? document->mode() : Document::UnknownMode;
 
-    const bool openable = !readonly;
+    const bool slave = m_start.slave;
+    const bool openable = !slave && !readonly;
     m_actionNew->setVisible(openable);
     m_actionOpen->setVisible(openable);
     m_actionRecentFiles->setVisible(openable);
+    for (QAction *action : {m_actionSave, m_actionSaveAs, m_actionExportToSTEP, m_actionExportToMAT,
+                            m_actionExportToJSON})
+        action->setVisible(!slave);
+    m_applyAndCloseAction->setVisible(slave && !readonly);
+    m_applyAndCloseAction->setEnabled(slave && document && !busy);
     m_actionSave->setEnabled(editable);
     m_actionSaveAs->setEnabled(editable);
     m_actionExportToSTEP->setEnabled(document && !protectedFile && mode < Document::Mesh2D && !busy
@@ -799,7 +849,7 @@ void MainWindow::updateWindowTitle()
         return;
     }
     const Document *document = window->document();
-    QString title = QFileInfo(document->filePath()).completeBaseName();
+    QString title = m_start.slave ? m_start.caption : QFileInfo(document->filePath()).completeBaseName();
     if (document->isModified())
         title.prepend(QStringLiteral("● "));
     if (document->isReadonly())
@@ -824,6 +874,14 @@ void MainWindow::closeAllDocumentWindows()
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
+    if (m_start.slave && m_slaveWindow) {
+        Document *document = m_slaveWindow->document();
+        if (!document->isProtectedFile())
+            document->winding()->clearEndWindingStale();
+        document->writeExchangeFile(m_start.exchangeFile);
+        m_slaveWindow->save();
+        m_slaveWindow->close();
+    }
     m_mdiArea->closeAllSubWindows();
     if (!m_mdiArea->subWindowList().isEmpty()) {
         event->ignore();

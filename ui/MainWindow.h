@@ -14,6 +14,18 @@ class QMdiArea;
 class QMdiSubWindow;
 class QMenu;
 
+// How the command line starts the window.
+struct WindowStart {
+    QStringList files;
+    // A parent program's "execute": one document without tabs, read-only unless
+    // editable, written to the exchange file when the window closes.
+    bool slave = false;
+    bool editable = false;
+    QString exchangeFile;
+    QString caption;
+    QString page;
+};
+
 // The shell of the interactive process: one tab of a document window for each
 // open document, and the commands that act on the current one.
 class MainWindow : public QMainWindow
@@ -23,7 +35,7 @@ public:
     static constexpr int recentFilesLimit = 10;
 
     // The files are opened once the event loop runs, as given on the command line.
-    explicit MainWindow(const QStringList &filesToOpen = {}, QWidget *parent = nullptr);
+    explicit MainWindow(const WindowStart &start = {}, QWidget *parent = nullptr);
     ~MainWindow() override;
 
     static MainWindow *instance();
@@ -34,6 +46,7 @@ public:
     QMdiArea *mdiArea() const { return m_mdiArea; }
 
     bool isDebugMode() const { return m_debugMode; }
+    bool isSlave() const { return m_start.slave; }
     bool rightAwayApplyChangesGeometry() const { return m_rightAwayApplyChangesGeometry; }
     void setRightAwayApplyChangesGeometry(bool rightAway);
 
@@ -90,6 +103,7 @@ private:
     void createMenus();
     void createToolBar();
     void parseCmdLine();
+    void startSlave();
     DocumentWindow *createMdiWindow(Document::Mode mode = Document::UnknownMode);
     static void showDocumentWindow(DocumentWindow *window);
     void subWindowActivated(QMdiSubWindow *window);
@@ -98,7 +112,8 @@ private:
     void fileSaved();
     static bool isDocumentFile(const QString &path);
 
-    QStringList m_filesToOpen;
+    WindowStart m_start;
+    QPointer<DocumentWindow> m_slaveWindow;
     QMdiArea *m_mdiArea = nullptr;
     QPointer<QMdiSubWindow> m_activeWindow;
     CommandUndoStackView *m_undoMenu = nullptr;
@@ -136,6 +151,7 @@ private:
     QAction *m_actionPasteMeshProperties = nullptr;
     QAction *m_actionToggleDebugMode = nullptr;
     QAction *m_actionUndo2 = nullptr;
+    QAction *m_applyAndCloseAction = nullptr;
     QAction *m_actionRedo2 = nullptr;
 
     QAction *m_unlockEditAction = nullptr;

@@ -981,6 +981,15 @@ void WindingObject::updateWindingErrors()
     emit windingErrorsChanged();
 }
 
+void WindingObject::clearEndWindingStale()
+{
+    setWindingWarnings(m_windingWarnings & ~WindingErrors(EndWindingStale));
+    if (m_windingErrors.testFlag(EndWindingStale)) {
+        m_windingErrors &= ~WindingErrors(EndWindingStale);
+        emit windingErrorsChanged();
+    }
+}
+
 void WindingObject::setWindingWarnings(WindingErrors warnings)
 {
     if (warnings == m_windingWarnings)

@@ -214,6 +214,8 @@ public:
     WindingErrors windingErrors() const { return m_windingErrors; }
     WindingErrors windingWarnings() const { return m_windingWarnings; }
     void updateWindingErrors();
+    // A parent program takes the design as it is: stale end windings are no fault then.
+    void clearEndWindingStale();
     QString elementErrors() const;
 
     QVariantMap properties() const;

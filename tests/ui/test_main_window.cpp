@@ -10,6 +10,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
@@ -18,6 +19,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
+#include <QToolButton>
 #include <QToolBox>
 #include <QUndoStack>
 #include <QUrl>
@@ -35,6 +37,7 @@
 #include "ui/MessageBox.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
+#include "support/LogCatcher.h"
 
 namespace {
 
@@ -666,4 +669,70 @@ TEST_F(MainWindowTest, ExportToMatWritesTheExchangeFile)
     trigger("actionExportToMAT");
     EXPECT_TRUE(readAll(folder.filePath("exchange.mat")).startsWith("MATLAB 5.0 MAT-file"));
     EXPECT_EQ(window->statusBar()->currentMessage(), "File exported to MAT");
+}
+
+TEST_F(MainWindowTest, ASlaveWindowShowsOneDocumentAndWritesTheExchangeFileOnApply)
+{
+    window->close();
+    const QString exchange = folder.filePath("exchange.mat");
+    {
+        QFile stale(exchange);
+        ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+        stale.write("left from an earlier run");
+    }
+    WindowStart start;
+    start.files = QStringList{design};
+    start.slave = true;
+    start.editable = true;
+    start.exchangeFile = exchange;
+    start.caption = QStringLiteral("Motor A");
+    start.page = QStringLiteral("Winding");
+    window = std::make_unique<MainWindow>(start);
+    window->show();
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+
+    EXPECT_FALSE(QFileInfo::exists(exchange)) << "the parent waits for the file to appear";
+    DocumentWindow *documentWindow = window->currentDocumentWindow();
+    ASSERT_NE(documentWindow, nullptr);
+    EXPECT_TRUE(documentWindow->document()->isSlave());
+    EXPECT_FALSE(documentWindow->document()->isReadonly());
+    EXPECT_EQ(documentWindow->document()->mode(), Document::Winding);
+    EXPECT_FALSE(window->mdiArea()->isVisible()) << "no tabs";
+    EXPECT_FALSE(window->menuBar()->isVisible());
+    EXPECT_TRUE(window->windowTitle().startsWith("Motor A"));
+    EXPECT_FALSE(action("actionOpen")->isVisible());
+    EXPECT_FALSE(action("actionSave")->isVisible());
+
+    auto *apply = window->findChild<QToolButton *>(QStringLiteral("buttonApplyAndClose"));
+    ASSERT_NE(apply, nullptr);
+    ASSERT_TRUE(apply->isVisible());
+    EXPECT_EQ(apply->text(), "Apply and close");
+    QTest::mouseClick(apply, Qt::LeftButton);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(window->isVisible());
+    EXPECT_TRUE(readAll(exchange).startsWith("MATLAB 5.0 MAT-file"));
+}
+
+TEST_F(MainWindowTest, ASlaveWindowWithoutEditIsOnlyViewedAndAnUnknownPageShowsTheGeometry)
+{
+    window->close();
+    WindowStart start;
+    start.files = QStringList{design};
+    start.slave = true;
+    start.exchangeFile = folder.filePath("exchange.mat");
+    start.page = QStringLiteral("nowhere");
+    LogCatcher log;
+    window = std::make_unique<MainWindow>(start);
+    window->show();
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+    DocumentWindow *documentWindow = window->currentDocumentWindow();
+    ASSERT_NE(documentWindow, nullptr);
+    EXPECT_TRUE(documentWindow->document()->isReadonly());
+    EXPECT_EQ(documentWindow->document()->mode(), Document::GeometryMotor);
+    EXPECT_TRUE(log.contains("Unknown page: nowhere . Set document mode: GeometryMotor"));
+    EXPECT_FALSE(window->findChild<QToolButton *>(QStringLiteral("buttonApplyAndClose"))->isVisible());
+    window->close();
+    EXPECT_TRUE(QFileInfo::exists(folder.filePath("exchange.mat"))) << "closing hands the design back too";
 }
