@@ -19,6 +19,7 @@
 #include "geometry/Rotor.h"
 #include "geometry/SimDomain.h"
 #include "geometry/Stator.h"
+#include "meshing/RadialMesher.h"
 #include "meshing/SliceGeometry.h"
 #include "meshing/SliceMesher.h"
 
@@ -294,6 +295,7 @@ void Mesh::clearGeometry()
 void Mesh::clearMeshes()
 {
     m_meshSlices = QVector<CDT>(m_numberSlices);
+    m_meshRadial = CDT();
 }
 
 void Mesh::createMeshSlices()
@@ -310,18 +312,24 @@ void Mesh::createMeshSlices()
     QElapsedTimer timer;
     timer.start();
 
-    m_meshSlices = QVector<CDT>(m_numberSlices);
+    clearMeshes();
     if (checkMachine()) {
-        const SliceMesher mesher(meshSettings(), meshBodies(),
-                                 [this](const QString &text, const CGAL::Failure_exception *failure) {
-                                     onError(text, failure);
-                                 });
+        const MeshSettings settings = meshSettings();
+        const QVector<MeshBody> bodies = meshBodies();
+        const MeshStepError report = [this](const QString &text, const CGAL::Failure_exception *failure) {
+            onError(text, failure);
+        };
+        const SliceMesher mesher(settings, bodies, report);
+        const RadialMesher radial(settings, radialFrame(), bodies, report);
         const QList<double> radii = sliceRadii();
-        // Each task writes its own entry only.
+        // Each task writes its own entry only; the radial mesh goes beside the slices.
         CDT *slices = m_meshSlices.data();
+        tbb::task_group group;
+        group.run([this, &radial] { m_meshRadial = radial.mesh(); });
         tbb::parallel_for(0, int(radii.size()), [slices, &mesher, &radii](int index) {
             slices[index] = mesher.slice(index, radii.at(index));
         });
+        group.wait();
     }
 
     qDebug() << "Create mesh finished at" << timer.elapsed() << "ms";
@@ -410,6 +418,12 @@ MeshSettings Mesh::meshSettings() const
     for (const Airgap *gap : doc->airgaps())
         settings.gaps.append(*gapRows(gap));
     return settings;
+}
+
+RadialFrame Mesh::radialFrame() const
+{
+    const SimDomain domain = document()->simDomain();
+    return RadialFrame{radialOuterRadius(), domain.inner, domain.outer, sliceRadii()};
 }
 
 QVector<MeshBody> Mesh::meshBodies()
