@@ -1,0 +1,248 @@
+#include <QtMath>
+#include <cmath>
+#include <functional>
+#include <gtest/gtest.h>
+
+#include "document/Airgap.h"
+#include "document/Document.h"
+#include "geometry/MotorItem.h"
+#include "geometry/Piece.h"
+#include "geometry/Rotor.h"
+#include "geometry/SimDomain.h"
+#include "geometry/Stator.h"
+#include "materials/AbstractMaterial.h"
+#include "materials/BasicMaterials.h"
+#include "meshing/CdtOperations.h"
+#include "meshing/GeometryGenerator.h"
+#include "meshing/Mesh.h"
+#include "MeshFacts.h"
+#include "ShippedMachine.h"
+
+using namespace shipped;
+
+namespace {
+
+constexpr double sizeBound = 6.0;
+
+struct MachineCase
+{
+    Machine::Type type;
+    int numberSlots;
+    int polePairs;
+    int slices;
+};
+
+std::string caseText(const MachineCase &machine)
+{
+    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s)")
+        .arg(machine.type)
+        .arg(machine.numberSlots)
+        .arg(2 * machine.polePairs)
+        .arg(machine.slices)
+        .toStdString();
+}
+
+class MachineMeshTest : public ShippedMachineTest
+{
+protected:
+    bool build(const MachineCase &machine)
+    {
+        if (!makeMachine(machine.type, machine.numberSlots, machine.polePairs))
+            return false;
+        mesh->setAutoSizeBound(false);
+        mesh->setSizeBound(sizeBound);
+        mesh->setNumberSlices(machine.slices);
+        mesh->createGeometrySlices();
+        mesh->createMeshSlices();
+        return true;
+    }
+
+    QVector<const MotorItem *> bodies() const
+    {
+        QVector<const MotorItem *> items;
+        for (const MotorItem *item : doc.stator()->activeItems())
+            items.append(item);
+        for (const MotorItem *item : doc.rotor()->activeItems())
+            items.append(item);
+        return items;
+    }
+
+    // A body with its rows, up to the middle band of each of its gaps.
+    MeshFacts::Strip strip(const MotorItem *item, double x0) const
+    {
+        const bool stator = (item->scope() & Piece::StatorMask) != 0;
+        const auto gapOf = [&](int side) {
+            return stator ? doc.airgapOfStatorItem(item->id(), side) : doc.airgapOfRotorItem(item->id(), side);
+        };
+        const auto rows = [](const Airgap *gap) { return gap->numberLayers() / 2 * gap->thickness() / gap->numberLayers(); };
+        const QPair<double, double> range = item->range();
+        const Airgap *below = gapOf(1);
+        const Airgap *above = gapOf(2);
+        return {below ? range.first - rows(below) : range.first, above ? range.second + rows(above) : range.second, x0};
+    }
+
+    int gapCount() const { return doc.airgaps().size(); }
+    int statorCount() const { return doc.stator()->activeItems().size(); }
+    int rotorCount() const { return doc.rotor()->activeItems().size(); }
+
+    // Of each gap, the height of the middle band, which no mesh covers.
+    double bands() const
+    {
+        double height = 0.0;
+        for (const Airgap *gap : doc.airgaps())
+            height += gap->thickness() / gap->numberLayers();
+        return height;
+    }
+
+    // The rows beside the middle band of each gap, each over the strip of its body.
+    QVector<MeshFacts::GapPair> gapPairs(const std::function<QVector<double>(const MotorItem *)> &zonesOf) const
+    {
+        QVector<MeshFacts::GapPair> pairs;
+        for (const Airgap *gap : doc.airgaps()) {
+            const double h = gap->thickness() / gap->numberLayers();
+            const double lower = gap->posBottom() + gap->numberLayers() / 2 * h;
+            const double upper = gap->posTop() - gap->numberLayers() / 2 * h;
+            MeshFacts::GapPair pair{{lower, {}}, {upper, {}}};
+            for (const MotorItem *item : bodies()) {
+                if (std::abs(item->range().second - gap->posBottom()) <= 1e-9)
+                    pair.lower.zoneEnds = zonesOf(item);
+                if (std::abs(item->range().first - gap->posTop()) <= 1e-9)
+                    pair.upper.zoneEnds = zonesOf(item);
+            }
+            pairs.append(pair);
+        }
+        return pairs;
+    }
+
+    // A slot, a coil in it, a magnet and the air between magnets: each as often as the faces of the gaps.
+    MeshFacts sliceFacts(int index) const
+    {
+        const double radius = mesh->sliceRadii().at(index);
+        const double span = doc.periodicityAngleSpan();
+        const double width = radius * qDegreesToRadians(span);
+        const double arc = radius * M_PI / 180.0;
+        MeshFacts facts;
+        facts.width = width;
+        facts.sizeBound = sizeBound;
+        for (const MotorItem *item : bodies())
+            facts.strips.append(strip(item, item->relativeDisplacement() * arc));
+        facts.gaps = gapPairs([&](const MotorItem *item) {
+            const double x0 = item->relativeDisplacement() * arc;
+            return QVector<double>{x0, x0 + width};
+        });
+
+        const double faces = gapCount();
+        const double slotCount = span / (360.0 / doc.stator()->numberSlots());
+        const double slotArea = stripArc(slotWidth / 2, radius) * slotDepth;
+        // Two layers side by side, with a gap between them.
+        const double coil = (stripArc(slotWidth / 2 - clearance, radius) - stripArc(layerGap / 2, radius))
+                            * (slotDepth - 2 * clearance);
+        facts.areas[AbstractMaterial::MagnetKind] = faces * magnetArc * width * magnetThickness;
+        facts.areas[AbstractMaterial::WindingKind] = faces * slotCount * coil;
+        facts.areas[AbstractMaterial::IronKind] = statorCount() * width * statorHeight - faces * slotCount * slotArea
+                                                  + rotorCount() * width * rotorHeight
+                                                  - faces * width * magnetThickness;
+        facts.areas[AbstractMaterial::GeneralKind] =
+            width * (faces * gap - bands())
+            + faces * (slotCount * (slotArea - coil) + (1.0 - magnetArc) * width * magnetThickness);
+        facts.regions = &mesh->geometrySlices().at(index);
+        return facts;
+    }
+
+    // The plane through the axis meets a tooth and the middle of a magnet of each body.
+    MeshFacts radialFacts() const
+    {
+        const double width = mesh->radialOuterRadius();
+        const SimDomain domain = doc.simDomain();
+        MeshFacts facts;
+        facts.width = width;
+        facts.sizeBound = sizeBound;
+        facts.periodic = false;
+        for (const MotorItem *item : bodies())
+            facts.strips.append(strip(item, 0.0));
+        facts.gaps = gapPairs([&](const MotorItem *) { return QVector<double>{0.0, domain.inner, domain.outer, width}; });
+
+        const double ring = outerRadius - innerRadius;
+        const double bodies = statorCount() * statorHeight + rotorCount() * rotorHeight;
+        facts.areas[AbstractMaterial::IronKind] = ring * (bodies - gapCount() * magnetThickness);
+        facts.areas[AbstractMaterial::MagnetKind] = ring * gapCount() * magnetThickness;
+        facts.areas[AbstractMaterial::GeneralKind] = width * (doc.height() - bands()) - ring * bodies;
+        facts.regions = &mesh->geometryRadial();
+        return facts;
+    }
+};
+
+QString pictureName(const MachineCase &machine, const QString &model)
+{
+    return QStringLiteral("mesh_%1_%2_%3_%4_%5")
+        .arg(machine.type)
+        .arg(machine.numberSlots)
+        .arg(2 * machine.polePairs)
+        .arg(machine.slices)
+        .arg(model);
+}
+
+} // namespace
+
+// Every slice and the radial model of machines of each kind, measured against
+// what their dimensions say.
+TEST_F(MachineMeshTest, MeshesOfShippedMachinesMeetTheirDimensions)
+{
+    const MachineCase machines[] = {
+        {Machine::SR, 12, 5, 3}, {Machine::SR, 12, 5, 1}, {Machine::SRS, 12, 5, 3}, {Machine::RSR, 12, 5, 3},
+        {Machine::SR, 9, 4, 3},  {Machine::SR, 24, 2, 1}, {Machine::RSR, 9, 4, 1},  {Machine::SRS, 24, 2, 1},
+    };
+    for (const MachineCase &machine : machines) {
+        SCOPED_TRACE(caseText(machine));
+        ASSERT_TRUE(build(machine));
+        EXPECT_FALSE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+        ASSERT_EQ(mesh->meshSlices().size(), machine.slices);
+        for (int i = 0; i < machine.slices; ++i) {
+            SCOPED_TRACE(QStringLiteral("slice %1").arg(i).toStdString());
+            EXPECT_TRUE(meetsFacts(mesh->meshSlices().at(i), sliceFacts(i), pictureName(machine, QString::number(i))));
+        }
+        EXPECT_TRUE(meetsFacts(mesh->meshRadial(), radialFacts(), pictureName(machine, QStringLiteral("radial"))));
+    }
+}
+
+// The checks themselves: a mesh with a hole, a region without material and a
+// wrong area are each named, and the picture is written.
+TEST(MeshFacts, BrokenMeshesAreNamedAndDrawn)
+{
+    const Shape2DList outline = rectangleLines(0.0, 0.0, 10.0, 4.0);
+    GeometryData regions = GeometryGenerator().createGeometry(outline, 1e-5, true, false, true);
+    ASSERT_FALSE(regions.subdomains.isEmpty());
+    for (const QSharedPointer<Subdomain> &region : regions.subdomains)
+        region->setMaterial(QSharedPointer<AbstractMaterial>(new IronMaterial));
+    MeshFacts facts;
+    facts.width = 10.0;
+    facts.sizeBound = 2.0;
+    facts.periodic = false;
+    facts.strips = {{0.0, 4.0, 0.0}};
+    facts.areas[AbstractMaterial::IronKind] = 40.0;
+    facts.regions = &regions;
+
+    CDT whole = cdt::createCDT(outline);
+    whole.refine(0.125, 2.0, 1000);
+    EXPECT_TRUE(meetsFacts(whole, facts, QStringLiteral("facts_whole")));
+
+    // A square hole: its sides have one triangle inside the outline, and iron is missing.
+    Shape2DList withHole = outline;
+    withHole += rectangleLines(4.0, 1.0, 2.0, 2.0);
+    CDT holed = cdt::createCDT(withHole);
+    holed.refine(0.125, 2.0, 1000);
+    holed.markDomain({PointF(5.0, 2.0)});
+    const ::testing::AssertionResult hole = meetsFacts(holed, facts, QStringLiteral("facts_hole"));
+    ASSERT_FALSE(hole);
+    EXPECT_NE(std::string(hole.message()).find("sides of one triangle inside the outline"), std::string::npos) << hole.message();
+    EXPECT_NE(std::string(hole.message()).find("material kind 2 covers 36"), std::string::npos) << hole.message();
+    EXPECT_NE(std::string(hole.message()).find("facts_hole.svg"), std::string::npos) << hole.message();
+
+    // Coarse triangles, and a region that lost its material.
+    facts.sizeBound = 1.0;
+    regions.subdomains.first()->setMaterial({});
+    const ::testing::AssertionResult coarse = meetsFacts(whole, facts, QStringLiteral("facts_coarse"));
+    ASSERT_FALSE(coarse);
+    EXPECT_NE(std::string(coarse.message()).find("regions without material"), std::string::npos) << coarse.message();
+    EXPECT_NE(std::string(coarse.message()).find("sides beyond the size bound"), std::string::npos) << coarse.message();
+}
