@@ -30,15 +30,17 @@ struct MachineCase
     int numberSlots;
     int polePairs;
     int slices;
+    int layers = 3;
 };
 
 std::string caseText(const MachineCase &machine)
 {
-    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s)")
+    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s), %5 layers")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
         .arg(machine.slices)
+        .arg(machine.layers)
         .toStdString();
 }
 
@@ -49,6 +51,8 @@ protected:
     {
         if (!makeMachine(machine.type, machine.numberSlots, machine.polePairs))
             return false;
+        for (Airgap *gap : doc.airgaps())
+            gap->setNumberLayers(machine.layers);
         mesh->setAutoSizeBound(false);
         mesh->setSizeBound(sizeBound);
         mesh->setNumberSlices(machine.slices);
@@ -174,11 +178,12 @@ protected:
 
 QString pictureName(const MachineCase &machine, const QString &model)
 {
-    return QStringLiteral("mesh_%1_%2_%3_%4_%5")
+    return QStringLiteral("mesh_%1_%2_%3_%4_%5_%6")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
         .arg(machine.slices)
+        .arg(machine.layers)
         .arg(model);
 }
 
@@ -191,6 +196,7 @@ TEST_F(MachineMeshTest, MeshesOfShippedMachinesMeetTheirDimensions)
     const MachineCase machines[] = {
         {Machine::SR, 12, 5, 3}, {Machine::SR, 12, 5, 1}, {Machine::SRS, 12, 5, 3}, {Machine::RSR, 12, 5, 3},
         {Machine::SR, 9, 4, 3},  {Machine::SR, 24, 2, 1}, {Machine::RSR, 9, 4, 1},  {Machine::SRS, 24, 2, 1},
+        {Machine::SR, 12, 5, 3, 7}, {Machine::RSR, 12, 5, 1, 5}, {Machine::SRSRS, 12, 5, 1}, {Machine::RSRSR, 12, 5, 1},
     };
     for (const MachineCase &machine : machines) {
         SCOPED_TRACE(caseText(machine));
