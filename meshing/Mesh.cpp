@@ -22,6 +22,8 @@
 #include "meshing/RadialMesher.h"
 #include "meshing/SliceGeometry.h"
 #include "meshing/SliceMesher.h"
+#include "meshing/WindingPoints.h"
+#include "winding/WindingObject.h"
 
 namespace {
 
@@ -315,6 +317,7 @@ void Mesh::createMeshSlices()
     clearMeshes();
     if (checkMachine()) {
         const MeshSettings settings = meshSettings();
+        createWindingPoints(settings);
         const QVector<MeshBody> bodies = meshBodies();
         const MeshStepError report = [this](const QString &text, const CGAL::Failure_exception *failure) {
             onError(text, failure);
@@ -420,6 +423,33 @@ MeshSettings Mesh::meshSettings() const
     return settings;
 }
 
+void Mesh::createWindingPoints(const MeshSettings &settings)
+{
+    Document *doc = document();
+    m_windingPoints.clear();
+    if (doc->stator()->geometryErrors())
+        return;
+    const QVector<MotorItem *> items = doc->stator()->activeItems();
+    m_windingPoints.resize(items.size());
+    if (!doc->winding()->isEndturnScriptLoaded())
+        return;
+    const SliceGeometry geometry(sliceMachine());
+    const WindingPoints maker(settings, geometry, sliceRadii(),
+                              [this](const QString &text, const CGAL::Failure_exception *failure) {
+                                  onError(text, failure);
+                              });
+    const PieceList pieces = doc->pieces();
+    const bool symmetric = doc->machineType() != Machine::SR;
+    // Each task writes its own entry only.
+    QVector<QList<PointF>> *entries = m_windingPoints.data();
+    tbb::parallel_for(0, int(items.size()), [&](int i) {
+        const MotorItem *item = items.at(i);
+        entries[i] = maker.create(meshBody(item, pieces, doc->stator()->slotAngleSpan(), doc->height(), symmetric,
+                                           doc->airgapOfStatorItem(item->id(), 1),
+                                           doc->airgapOfStatorItem(item->id(), 2)));
+    });
+}
+
 RadialFrame Mesh::radialFrame() const
 {
     const SimDomain domain = document()->simDomain();
@@ -444,6 +474,8 @@ QVector<MeshBody> Mesh::meshBodies()
                                      stator ? doc->airgapOfStatorItem(id, 2) : doc->airgapOfRotorItem(id, 2));
             if (partner > 0)
                 body.partnerDisplacement = items.at(partner - 1)->relativeDisplacement();
+            if (stator)
+                body.windingPoints = m_windingPoints.value(id - 1);
             bodies.append(body);
         }
     };

@@ -96,6 +96,9 @@ public:
     const QVector<CDT> &meshSlices() const { return m_meshSlices; }
     // The plane through the axis, empty until made.
     const CDT &meshRadial() const { return m_meshRadial; }
+    // For each active stator body and each slice, the vertices of its cell inside
+    // the conductors; made with the meshes when the end turns are scripted.
+    const QVector<QVector<QList<PointF>>> &windingPoints() const { return m_windingPoints; }
     // Drops the triangulations.
     void clearMeshes();
 
@@ -141,6 +144,7 @@ private:
     QVector<MeshBody> meshBodies();
     MeshSettings meshSettings() const;
     RadialFrame radialFrame() const;
+    void createWindingPoints(const MeshSettings &settings);
 
     bool m_autoSizeBound = true;
     double m_sizeBound = 10.0;
@@ -162,6 +166,7 @@ private:
     GeometryData m_geometryRadial;
     QVector<CDT> m_meshSlices;
     CDT m_meshRadial;
+    QVector<QVector<QList<PointF>>> m_windingPoints;
     // Steps of several slices may fail at once.
     QMutex m_errorMutex;
     ScriptConsole *m_console;

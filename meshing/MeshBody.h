@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QVector>
 #include <optional>
 
 #include "geometry/Piece.h"
 #include "meshing/GapLattice.h"
+#include "meshing/Shape2D.h"
 
 // One body of the stack as its cell is meshed.
 struct MeshBody
@@ -27,6 +29,8 @@ struct MeshBody
     double middle = 0.0;
     std::optional<GapRows> gapBelow;
     std::optional<GapRows> gapAbove;
+    // For each slice, vertices inside the conductors of the half-pitch cell; none for a rotor body.
+    QVector<QList<PointF>> windingPoints;
 };
 
 // What every cell of the slices and of the radial model shares.

@@ -280,7 +280,7 @@ double SliceGeometry::displacementOf(quint32 scope) const
     return 0.0;
 }
 
-void SliceGeometry::prepareSubdomains(double radius, GeometryData &data) const
+void SliceGeometry::prepareSubdomains(double radius, GeometryData &data, double turn) const
 {
     SubdomainList regions = data.subdomains;
     std::sort(regions.begin(), regions.end(),
@@ -315,7 +315,7 @@ void SliceGeometry::prepareSubdomains(double radius, GeometryData &data) const
         }
         QSharedPointer<AbstractMaterial> material;
         if ((region->scope() & airgapBits) == 0 && !solids.isEmpty())
-            material = materialAt(solids, radius, *point, radius > 0.0 ? 0.0 : displacementOf(region->scope()),
+            material = materialAt(solids, radius, *point, radius > 0.0 ? turn : displacementOf(region->scope()),
                                   region->id());
         region->setMaterial(material ? material : air);
     }

@@ -93,6 +93,15 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
 
     CDT cdt;
     step("Critical error while creating constrains mesh of %1 slice %2", [&] { cdt = cdt::createCDT(quarter); });
+    // The conductors get the same inner vertices at every pitch.
+    if (index < body.windingPoints.size()) {
+        step("Critical error while append winding points of %1 slice %2", [&] {
+            for (const PointF &point : body.windingPoints.at(index)) {
+                if (const std::optional<PointF> vertex = cdt.insert(point))
+                    cdt.setVertexType(*vertex, CDT::VertexBase);
+            }
+        });
+    }
     // Rows of the size of the gap's lattice, so that the triangles at the faces fit it.
     step("Critical error while append mesh borders of %1 slice %2", [&] {
         if (below)

@@ -15,6 +15,7 @@
 #include "meshing/CdtOperations.h"
 #include "meshing/GeometryGenerator.h"
 #include "meshing/Mesh.h"
+#include "winding/WindingObject.h"
 #include "MeshFacts.h"
 #include "ShippedMachine.h"
 
@@ -31,16 +32,19 @@ struct MachineCase
     int polePairs;
     int slices;
     int layers = 3;
+    // Two lie side by side in a slot.
+    int windingLayers = 2;
 };
 
 std::string caseText(const MachineCase &machine)
 {
-    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s), %5 layers")
+    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s), %5 layers, %6 coil(s) a slot")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
         .arg(machine.slices)
         .arg(machine.layers)
+        .arg(machine.windingLayers)
         .toStdString();
 }
 
@@ -53,6 +57,11 @@ protected:
             return false;
         for (Airgap *gap : doc.airgaps())
             gap->setNumberLayers(machine.layers);
+        doc.winding()->setNumberLayers(machine.windingLayers);
+        doc.stator()->clearCashPieces();
+        // The slices then have vertices inside the coils where the cells are fine enough.
+        if (!doc.winding()->loadEndturnScript())
+            return false;
         mesh->setAutoSizeBound(false);
         mesh->setSizeBound(sizeBound);
         mesh->setNumberSlices(machine.slices);
@@ -138,9 +147,11 @@ protected:
         const double faces = gapCount();
         const double slotCount = span / (360.0 / doc.stator()->numberSlots());
         const double slotArea = stripArc(slotWidth / 2, radius) * slotDepth;
-        // Two layers side by side, with a gap between them.
-        const double coil = (stripArc(slotWidth / 2 - clearance, radius) - stripArc(layerGap / 2, radius))
-                            * (slotDepth - 2 * clearance);
+        // Two layers side by side, with a gap between them, or one that fills the slot.
+        const double coilArc = doc.winding()->numberLayers() == 2
+                                   ? stripArc(slotWidth / 2 - clearance, radius) - stripArc(layerGap / 2, radius)
+                                   : stripArc(slotWidth / 2 - clearance, radius);
+        const double coil = coilArc * (slotDepth - 2 * clearance);
         facts.areas[AbstractMaterial::MagnetKind] = faces * magnetArc * width * magnetThickness;
         facts.areas[AbstractMaterial::WindingKind] = faces * slotCount * coil;
         facts.areas[AbstractMaterial::IronKind] = statorCount() * width * statorHeight - faces * slotCount * slotArea
@@ -178,12 +189,13 @@ protected:
 
 QString pictureName(const MachineCase &machine, const QString &model)
 {
-    return QStringLiteral("mesh_%1_%2_%3_%4_%5_%6")
+    return QStringLiteral("mesh_%1_%2_%3_%4_%5_%6_%7")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
         .arg(machine.slices)
         .arg(machine.layers)
+        .arg(machine.windingLayers)
         .arg(model);
 }
 
@@ -197,11 +209,15 @@ TEST_F(MachineMeshTest, MeshesOfShippedMachinesMeetTheirDimensions)
         {Machine::SR, 12, 5, 3}, {Machine::SR, 12, 5, 1}, {Machine::SRS, 12, 5, 3}, {Machine::RSR, 12, 5, 3},
         {Machine::SR, 9, 4, 3},  {Machine::SR, 24, 2, 1}, {Machine::RSR, 9, 4, 1},  {Machine::SRS, 24, 2, 1},
         {Machine::SR, 12, 5, 3, 7}, {Machine::RSR, 12, 5, 1, 5}, {Machine::SRSRS, 12, 5, 1}, {Machine::RSRSR, 12, 5, 1},
+        {Machine::SR, 12, 5, 3, 3, 1}, {Machine::RSR, 9, 4, 3, 3, 1},
     };
+    int windingPoints = 0;
     for (const MachineCase &machine : machines) {
         SCOPED_TRACE(caseText(machine));
         ASSERT_TRUE(build(machine));
         EXPECT_FALSE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+        for (const QVector<QList<PointF>> &body : mesh->windingPoints())
+            windingPoints += body.isEmpty() ? 0 : body.first().size();
         ASSERT_EQ(mesh->meshSlices().size(), machine.slices);
         for (int i = 0; i < machine.slices; ++i) {
             SCOPED_TRACE(QStringLiteral("slice %1").arg(i).toStdString());
@@ -209,6 +225,7 @@ TEST_F(MachineMeshTest, MeshesOfShippedMachinesMeetTheirDimensions)
         }
         EXPECT_TRUE(meetsFacts(mesh->meshRadial(), radialFacts(), pictureName(machine, QStringLiteral("radial"))));
     }
+    EXPECT_GT(windingPoints, 0) << "some slices have vertices inside the coils";
 }
 
 // The checks themselves: a mesh with a hole, a region without material and a
