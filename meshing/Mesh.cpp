@@ -328,7 +328,8 @@ void Mesh::createMeshSlices()
         // Each task writes its own entry only; the radial mesh goes beside the slices.
         CDT *slices = m_meshSlices.data();
         tbb::task_group group;
-        group.run([this, &radial] { m_meshRadial = radial.mesh(); });
+        if (checkRadialModel())
+            group.run([this, &radial] { m_meshRadial = radial.mesh(); });
         tbb::parallel_for(0, int(radii.size()), [slices, &mesher, &radii](int index) {
             slices[index] = mesher.slice(index, radii.at(index));
         });
@@ -383,6 +384,18 @@ bool Mesh::checkMachine()
         }
     }
     return true;
+}
+
+bool Mesh::checkRadialModel()
+{
+    const double end = radialOuterRadius();
+    const double outer = document()->simDomain().outer;
+    if (end >= outer - Numeric::zeroTolerance)
+        return true;
+    onError(tr("Critical error while building mesh: the radial model ends at %1 mm, within the active part up to %2 mm")
+                .arg(end)
+                .arg(outer));
+    return false;
 }
 
 SliceMachine Mesh::sliceMachine()
@@ -504,9 +517,11 @@ void Mesh::createGeometrySlices()
         // Each task writes its own entry only; the radial cut goes beside the slices.
         GeometryData *slices = m_geometrySlices.data();
         tbb::task_group group;
-        group.run([this, &geometry, &domain] {
-            m_geometryRadial = geometry.createRadial(radialOuterRadius(), domain.inner, domain.outer);
-        });
+        if (checkRadialModel()) {
+            group.run([this, &geometry, &domain] {
+                m_geometryRadial = geometry.createRadial(radialOuterRadius(), domain.inner, domain.outer);
+            });
+        }
         tbb::parallel_for(0, int(radii.size()), [slices, &geometry, &radii](int index) {
             slices[index] = geometry.createSlice(radii.at(index));
         });

@@ -138,6 +138,8 @@ private:
     double automaticSizeBound() const;
     // False, with the reason reported, when the machine cannot be cut into slices.
     bool checkMachine();
+    // False, with the reason reported, when the radial model would end within the active part.
+    bool checkRadialModel();
     // The machine as the slices see it.
     SliceMachine sliceMachine();
     // The bodies that are meshed, each with its mirror image in a symmetric machine.

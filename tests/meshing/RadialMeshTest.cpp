@@ -1,7 +1,12 @@
+#include <QDir>
+#include <QFile>
 #include <QList>
+#include <QSignalSpy>
+#include <QTemporaryDir>
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "base/ScriptConsole.h"
 #include "document/Airgap.h"
 #include "geometry/MotorItem.h"
 #include "geometry/SimDomain.h"
@@ -114,4 +119,43 @@ TEST_F(RadialMeshTest, ANewNumberOfSlicesDropsTheRadialMeshUntilTheNextBuild)
     mesh->createMeshSlices();
     EXPECT_GT(mesh->meshRadial().numberOfFaces(), 0);
     EXPECT_FALSE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+}
+
+// A stator script may end the radial model within the active part: that model
+// is refused with a reason, and the slices are still made.
+TEST_F(RadialMeshTest, ARadialModelEndingWithinTheActivePartGivesAMeshError)
+{
+    QTemporaryDir scripts;
+    ASSERT_TRUE(scripts.isValid());
+    const QDir folder(scripts.path());
+    ASSERT_TRUE(folder.mkpath(QStringLiteral("stator")) && folder.mkpath(QStringLiteral("include")));
+    for (const QString name : {QStringLiteral("BodyScript.js"), QStringLiteral("SlottedStatorBody.js")})
+        ASSERT_TRUE(QFile::copy(scriptFile(QStringLiteral("include"), name), folder.filePath("include/" + name)));
+    QFile script(folder.filePath(QStringLiteral("stator/ShortRadialStator.js")));
+    ASSERT_TRUE(script.open(QIODevice::WriteOnly | QIODevice::Text));
+    script.write("include(\"../include/BodyScript.js\");\n"
+                 "include(\"../include/SlottedStatorBody.js\");\n"
+                 "var StatorGeom = function () {};\n"
+                 "var stator = { slotWidth: 10, slotDepth: 12, coilClearance: 0.5, layerGap: 1 };\n"
+                 "stator.getGeometry = function (id) {\n"
+                 "    var result = slottedStatorGeometry(stator, id, false);\n"
+                 "    result.simRadialOuterDomain = 120;\n"
+                 "    return result;\n"
+                 "};\n"
+                 "function createStatorUI(widget) {}\n");
+    script.close();
+
+    ASSERT_TRUE(makeMachine(Machine::SR));
+    ASSERT_TRUE(doc.stator()->readScript(script.fileName()));
+    mesh->setAutoSizeBound(false);
+    mesh->setSizeBound(6.0);
+    mesh->setNumberSlices(2);
+    QSignalSpy errors(mesh->console(), &ScriptConsole::signalError);
+    mesh->createMeshSlices();
+    EXPECT_TRUE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+    ASSERT_EQ(errors.count(), 1);
+    EXPECT_TRUE(errors.last().at(1).toString().contains("radial model ends at 120 mm")) << errors.last().at(1).toString().toStdString();
+    EXPECT_EQ(mesh->meshRadial().numberOfVertices(), 0);
+    for (const CDT &slice : mesh->meshSlices())
+        EXPECT_GT(slice.numberOfFaces(), 0);
 }
