@@ -28,37 +28,26 @@ void RadialMesher::insertRows(CDT &cdt, const GapRows &gap, bool bodyBelowGap, i
         m_lattice.insertRows(cdt, gap, bodyBelowGap, rows, zones[i], zones[i + 1]);
 }
 
-CDT RadialMesher::cell(const MeshBody &body) const
+Shape2DList RadialMesher::cellLines(const MeshBody &body, Shape2DList &kept) const
 {
-    qDebug() << "tid:" << QThread::currentThreadId() << "Start create radial slice mesh" << body.name;
-    if (body.pieces.isEmpty()) {
-        qInfo().noquote() << "tid:" << QThread::currentThreadId() << "Create radial slice mesh" << body.name
-                          << "break, shapes is empty";
-        return CDT();
-    }
     const double width = m_frame.width;
     Shape2DList lines = RadialSectionCreater(m_settings.sizeLimit)
                             .createAtAngle(ShapeList::of(body.pieces), m_settings.sectorRadius, body.bottom, body.top,
                                            body.displacement, body.pitch);
-
-    // Lines on the lines whose constraints are removed come back at the end.
-    Shape2DList kept;
     if (body.mirrored) {
         kept += lines.linesAtOrdinate(body.middle);
         lines.appendLine({0.0, body.middle}, {width, body.middle});
     }
-    const std::optional<GapRows> &below = body.gapBelow;
-    const std::optional<GapRows> &above = body.gapAbove;
     // Unlike a slice's, the cell of a mirrored body reaches into its upper gap too; the mirror covers it.
     double bottom = body.bottom;
     double top = body.top;
-    if (below) {
-        kept += lines.linesAtOrdinate(below->high);
-        bottom -= below->layerHeight();
+    if (body.gapBelow) {
+        kept += lines.linesAtOrdinate(body.gapBelow->high);
+        bottom -= body.gapBelow->layerHeight();
     }
-    if (above) {
-        kept += lines.linesAtOrdinate(above->low);
-        top += above->layerHeight();
+    if (body.gapAbove) {
+        kept += lines.linesAtOrdinate(body.gapAbove->low);
+        top += body.gapAbove->layerHeight();
     }
     for (const double x : {m_frame.inner, m_frame.outer}) {
         kept += lines.linesAtAbscissa(x);
@@ -77,13 +66,27 @@ CDT RadialMesher::cell(const MeshBody &body) const
     lines.appendLine({width, top}, {0.0, top});
     lines.appendLine({0.0, top}, {0.0, bottom});
 
-    Shape2DList cellLines = GeometryGenerator().createGeometrySegments(lines, 1e-5, true, true).lines();
-    if (body.mirrored)
-        cellLines = cellLines.below(body.middle);
+    Shape2DList cell = GeometryGenerator().createGeometrySegments(lines, 1e-5, true, true).lines();
+    return body.mirrored ? cell.below(body.middle) : cell;
+}
+
+CDT RadialMesher::cell(const MeshBody &body) const
+{
+    qDebug() << "tid:" << QThread::currentThreadId() << "Start create radial slice mesh" << body.name;
+    if (body.pieces.isEmpty()) {
+        qInfo().noquote() << "tid:" << QThread::currentThreadId() << "Create radial slice mesh" << body.name
+                          << "break, shapes is empty";
+        return CDT();
+    }
+    const double width = m_frame.width;
+    const std::optional<GapRows> &below = body.gapBelow;
+    const std::optional<GapRows> &above = body.gapAbove;
+    Shape2DList kept;
+    const Shape2DList lines = cellLines(body, kept);
 
     CDT cdt;
     runMeshStep(QStringLiteral("Critical error while creating constrains mesh of %1").arg(body.name), m_onError, [&] {
-        cdt = cdt::createCDT(cellLines);
+        cdt = cdt::createCDT(lines);
         // The edges of the active part meet the faces of the body in a vertex; a
         // mirrored cell has its upper face from the mirror.
         for (const double x : {m_frame.inner, m_frame.outer}) {

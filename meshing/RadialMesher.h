@@ -7,6 +7,7 @@
 #include "meshing/GapLattice.h"
 #include "meshing/MeshBody.h"
 #include "meshing/MeshStep.h"
+#include "meshing/Shape2D.h"
 
 // Where the radial model lies: from the axis out to its width.
 struct RadialFrame
@@ -33,6 +34,10 @@ public:
     CDT mesh() const;
 
 private:
+    // The section of the body with its frame one layer into each gap and the
+    // lines of the active part and the slices; kept gathers the section's lines
+    // along lines whose constraints are removed before the final rows.
+    Shape2DList cellLines(const MeshBody &body, Shape2DList &kept) const;
     // Rows zone by zone: from the axis to the active part, across it, and beyond it.
     void insertRows(CDT &cdt, const GapRows &gap, bool bodyBelowGap, int rows) const;
     // Marks the central rows of a gap for the solver and frees the others.
