@@ -4,7 +4,9 @@
 #include <QRectF>
 #include <QThread>
 #include <QtMath>
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 #include "materials/AbstractMaterial.h"
@@ -43,6 +45,35 @@ bool insideConductor(const PointF &p, const Subdomain &conductor, const Geometry
             return false;
     }
     return true;
+}
+
+// The vertices of the domain that lie well inside a conductor.
+QList<PointF> conductorVertices(const CDT &cdt, const GeometryData &data)
+{
+    SubdomainList conductors;
+    for (const QSharedPointer<Subdomain> &region : data.subdomains) {
+        if (region->material() && region->material()->kind() == AbstractMaterial::WindingKind)
+            conductors.append(region);
+    }
+    const double t = 3 * data.distanceTolerant;
+    const CDT::Snapshot mesh = cdt.snapshot();
+    std::vector<bool> seen(std::size_t(mesh.vertices.size()), false);
+    QList<PointF> points;
+    for (const CDT::Face &face : mesh.faces) {
+        for (int k = 0; face.inDomain && k < 3; ++k) {
+            const int index = face.vertices[k];
+            if (seen[std::size_t(index)])
+                continue;
+            seen[std::size_t(index)] = true;
+            const PointF p = mesh.vertices.at(index).point;
+            if (std::any_of(conductors.cbegin(), conductors.cend(),
+                            [&](const QSharedPointer<Subdomain> &conductor) {
+                                return insideConductor(p, *conductor, data, t);
+                            }))
+                points.append(p);
+        }
+    }
+    return points;
 }
 
 } // namespace
@@ -104,30 +135,7 @@ QList<PointF> WindingPoints::slicePoints(const MeshBody &body, const ShapeList &
 
     // The cut was turned back by the body's displacement: the material probe turns with it.
     m_geometry.prepareSubdomains(radius, data, body.displacement);
-    SubdomainList conductors;
-    for (const QSharedPointer<Subdomain> &region : data.subdomains) {
-        if (region->material() && region->material()->kind() == AbstractMaterial::WindingKind)
-            conductors.append(region);
-    }
-    const double t = 3 * data.distanceTolerant;
-    const CDT::Snapshot mesh = cdt.snapshot();
-    std::vector<bool> seen(std::size_t(mesh.vertices.size()), false);
-    QList<PointF> points;
-    for (const CDT::Face &face : mesh.faces) {
-        for (int k = 0; face.inDomain && k < 3; ++k) {
-            const int index = face.vertices[k];
-            if (seen[std::size_t(index)])
-                continue;
-            seen[std::size_t(index)] = true;
-            const PointF p = mesh.vertices.at(index).point;
-            if (std::any_of(conductors.cbegin(), conductors.cend(),
-                            [&](const QSharedPointer<Subdomain> &conductor) {
-                                return insideConductor(p, *conductor, data, t);
-                            }))
-                points.append(p);
-        }
-    }
-    return points;
+    return conductorVertices(cdt, data);
 }
 
 QVector<QList<PointF>> WindingPoints::create(const MeshBody &body) const
