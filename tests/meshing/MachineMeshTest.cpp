@@ -48,6 +48,21 @@ std::string caseText(const MachineCase &machine)
         .toStdString();
 }
 
+// What the closed forms of the cuts are made of, in mm.
+struct Dimensions
+{
+    double innerRadius = shipped::innerRadius;
+    double outerRadius = shipped::outerRadius;
+    double statorHeight = shipped::statorHeight;
+    double rotorHeight = shipped::rotorHeight;
+    double slotWidth = shipped::slotWidth;
+    double slotDepth = shipped::slotDepth;
+    double clearance = shipped::clearance;
+    double layerGap = shipped::layerGap;
+    double magnetArc = shipped::magnetArc;
+    double magnetThickness = shipped::magnetThickness;
+};
+
 class MachineMeshTest : public ShippedMachineTest
 {
 protected:
@@ -107,6 +122,27 @@ protected:
         return height;
     }
 
+    // The height of the gaps that the meshes cover.
+    double meshedGaps() const
+    {
+        double height = 0.0;
+        for (const Airgap *gap : doc.airgaps())
+            height += gap->thickness();
+        return height - bands();
+    }
+
+    // Two layers side by side with a gap between them, two stacked ones, or one that fills the slot.
+    double coilArea(double radius) const
+    {
+        const double fullArc = stripArc(dims.slotWidth / 2 - dims.clearance, radius);
+        const double fullHeight = dims.slotDepth - 2 * dims.clearance;
+        if (doc.winding()->numberLayers() != 2)
+            return fullArc * fullHeight;
+        if (doc.winding()->layersOrientation() == Winding::LeftRight)
+            return (fullArc - stripArc(dims.layerGap / 2, radius)) * fullHeight;
+        return fullArc * (fullHeight - dims.layerGap);
+    }
+
     // The rows beside the middle band of each gap, each over the strip of its body.
     QVector<MeshFacts::GapPair> gapPairs(const std::function<QVector<double>(const MotorItem *)> &zonesOf) const
     {
@@ -136,7 +172,7 @@ protected:
         const double arc = radius * M_PI / 180.0;
         MeshFacts facts;
         facts.width = width;
-        facts.sizeBound = sizeBound;
+        facts.sizeBound = mesh->sizeBound();
         for (const MotorItem *item : bodies())
             facts.strips.append(strip(item, item->relativeDisplacement() * arc));
         facts.gaps = gapPairs([&](const MotorItem *item) {
@@ -146,20 +182,16 @@ protected:
 
         const double faces = gapCount();
         const double slotCount = span / (360.0 / doc.stator()->numberSlots());
-        const double slotArea = stripArc(slotWidth / 2, radius) * slotDepth;
-        // Two layers side by side, with a gap between them, or one that fills the slot.
-        const double coilArc = doc.winding()->numberLayers() == 2
-                                   ? stripArc(slotWidth / 2 - clearance, radius) - stripArc(layerGap / 2, radius)
-                                   : stripArc(slotWidth / 2 - clearance, radius);
-        const double coil = coilArc * (slotDepth - 2 * clearance);
-        facts.areas[AbstractMaterial::MagnetKind] = faces * magnetArc * width * magnetThickness;
+        const double slotArea = stripArc(dims.slotWidth / 2, radius) * dims.slotDepth;
+        const double coil = coilArea(radius);
+        const double magnetLayer = width * dims.magnetThickness;
+        facts.areas[AbstractMaterial::MagnetKind] = faces * dims.magnetArc * magnetLayer;
         facts.areas[AbstractMaterial::WindingKind] = faces * slotCount * coil;
-        facts.areas[AbstractMaterial::IronKind] = statorCount() * width * statorHeight - faces * slotCount * slotArea
-                                                  + rotorCount() * width * rotorHeight
-                                                  - faces * width * magnetThickness;
+        facts.areas[AbstractMaterial::IronKind] = statorCount() * width * dims.statorHeight
+                                                  - faces * slotCount * slotArea
+                                                  + rotorCount() * width * dims.rotorHeight - faces * magnetLayer;
         facts.areas[AbstractMaterial::GeneralKind] =
-            width * (faces * gap - bands())
-            + faces * (slotCount * (slotArea - coil) + (1.0 - magnetArc) * width * magnetThickness);
+            width * meshedGaps() + faces * (slotCount * (slotArea - coil) + (1.0 - dims.magnetArc) * magnetLayer);
         facts.regions = &mesh->geometrySlices().at(index);
         return facts;
     }
@@ -171,20 +203,22 @@ protected:
         const SimDomain domain = doc.simDomain();
         MeshFacts facts;
         facts.width = width;
-        facts.sizeBound = sizeBound;
+        facts.sizeBound = mesh->sizeBound();
         facts.periodic = false;
         for (const MotorItem *item : bodies())
             facts.strips.append(strip(item, 0.0));
         facts.gaps = gapPairs([&](const MotorItem *) { return QVector<double>{0.0, domain.inner, domain.outer, width}; });
 
-        const double ring = outerRadius - innerRadius;
-        const double bodies = statorCount() * statorHeight + rotorCount() * rotorHeight;
-        facts.areas[AbstractMaterial::IronKind] = ring * (bodies - gapCount() * magnetThickness);
-        facts.areas[AbstractMaterial::MagnetKind] = ring * gapCount() * magnetThickness;
+        const double ring = dims.outerRadius - dims.innerRadius;
+        const double bodies = statorCount() * dims.statorHeight + rotorCount() * dims.rotorHeight;
+        facts.areas[AbstractMaterial::IronKind] = ring * (bodies - gapCount() * dims.magnetThickness);
+        facts.areas[AbstractMaterial::MagnetKind] = ring * gapCount() * dims.magnetThickness;
         facts.areas[AbstractMaterial::GeneralKind] = width * (doc.height() - bands()) - ring * bodies;
         facts.regions = &mesh->geometryRadial();
         return facts;
     }
+
+    Dimensions dims;
 };
 
 QString pictureName(const MachineCase &machine, const QString &model)
@@ -268,4 +302,22 @@ TEST(MeshFacts, BrokenMeshesAreNamedAndDrawn)
     ASSERT_FALSE(coarse);
     EXPECT_NE(std::string(coarse.message()).find("regions without material"), std::string::npos) << coarse.message();
     EXPECT_NE(std::string(coarse.message()).find("sides beyond the size bound"), std::string::npos) << coarse.message();
+}
+
+// The bundled example as it is saved, with its own mesh settings.
+TEST_F(MachineMeshTest, TheBundledExampleMeetsItsDimensions)
+{
+    ASSERT_TRUE(doc.load(QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva")));
+    dims.innerRadius = 60.0;
+    dims.outerRadius = 100.0;
+    dims.statorHeight = 30.0;
+    dims.rotorHeight = 10.0;
+    mesh->createGeometrySlices();
+    mesh->createMeshSlices();
+    EXPECT_FALSE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+    for (int i = 0; i < mesh->numberSlices(); ++i) {
+        SCOPED_TRACE(QStringLiteral("slice %1").arg(i).toStdString());
+        EXPECT_TRUE(meetsFacts(mesh->meshSlices().at(i), sliceFacts(i), QStringLiteral("mesh_example_%1").arg(i)));
+    }
+    EXPECT_TRUE(meetsFacts(mesh->meshRadial(), radialFacts(), QStringLiteral("mesh_example_radial")));
 }
