@@ -329,7 +329,7 @@ void Mesh::createMeshSlices()
         CDT *slices = m_meshSlices.data();
         tbb::task_group group;
         if (checkRadialModel())
-            group.run([this, &radial] { m_meshRadial = radial.mesh(); });
+            group.run([this, &radial] { m_meshRadial = radial.createMeshRadial(); });
         tbb::parallel_for(0, int(radii.size()), [slices, &mesher, &radii](int index) {
             slices[index] = mesher.slice(index, radii.at(index));
         });
@@ -457,9 +457,9 @@ void Mesh::createWindingPoints(const MeshSettings &settings)
     QVector<QList<PointF>> *entries = m_windingPoints.data();
     tbb::parallel_for(0, int(items.size()), [&](int i) {
         const MotorItem *item = items.at(i);
-        entries[i] = maker.create(meshBody(item, pieces, doc->stator()->slotAngleSpan(), doc->height(), symmetric,
-                                           doc->airgapOfStatorItem(item->id(), 1),
-                                           doc->airgapOfStatorItem(item->id(), 2)));
+        const MeshBody body = meshBody(item, pieces, doc->stator()->slotAngleSpan(), doc->height(), symmetric,
+                                       doc->airgapOfStatorItem(item->id(), 1), doc->airgapOfStatorItem(item->id(), 2));
+        entries[i] = maker.createGeometryWinding(body);
     });
 }
 

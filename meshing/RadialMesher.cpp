@@ -70,7 +70,7 @@ Shape2DList RadialMesher::cellLines(const MeshBody &body, Shape2DList &kept) con
     return body.mirrored ? cell.below(body.middle) : cell;
 }
 
-CDT RadialMesher::cell(const MeshBody &body) const
+CDT RadialMesher::createMeshRadial(const MeshBody &body) const
 {
     qDebug() << "tid:" << QThread::currentThreadId() << "Start create radial slice mesh" << body.name;
     if (body.pieces.isEmpty()) {
@@ -180,14 +180,14 @@ void RadialMesher::finishGap(CDT &cdt, const GapRows &gap) const
     }
 }
 
-CDT RadialMesher::mesh() const
+CDT RadialMesher::createMeshRadial() const
 {
     qInfo().noquote() << "Info: Start create radial slice mesh";
     std::vector<CDT> cells(std::size_t(m_bodies.size()));
     tbb::parallel_for(std::size_t(0), cells.size(), [&](std::size_t i) {
         const MeshBody &body = m_bodies.at(int(i));
         runMeshStep(QStringLiteral("Exception at futureCreateMeshRadial(mesh), motorItem: %1").arg(body.name),
-                    m_onError, [&] { cells[i] = cell(body); });
+                    m_onError, [&] { cells[i] = createMeshRadial(body); });
     });
 
     CDT result;

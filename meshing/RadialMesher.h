@@ -29,9 +29,9 @@ public:
     RadialMesher(MeshSettings settings, RadialFrame frame, QVector<MeshBody> bodies, MeshStepError onError);
 
     // The mesh of one body, with its rows up to the middle band of each of its gaps.
-    CDT cell(const MeshBody &body) const;
+    CDT createMeshRadial(const MeshBody &body) const;
     // All bodies with their mirror images; the middle bands of the gaps are not in the domain.
-    CDT mesh() const;
+    CDT createMeshRadial() const;
 
 private:
     // The section of the body with its frame one layer into each gap and the

@@ -138,7 +138,7 @@ QList<PointF> WindingPoints::slicePoints(const MeshBody &body, const ShapeList &
     return conductorVertices(cdt, data);
 }
 
-QVector<QList<PointF>> WindingPoints::create(const MeshBody &body) const
+QVector<QList<PointF>> WindingPoints::createGeometryWinding(const MeshBody &body) const
 {
     qDebug() << "tid:" << QThread::currentThreadId() << "Start create geometry winding stator item" << body.name;
     QVector<QList<PointF>> perSlice(m_sliceRadii.size());

@@ -21,7 +21,7 @@ public:
                   MeshStepError onError);
 
     // For each slice, points of the half-pitch cell from x = 0; empty lists for a body without conductors.
-    QVector<QList<PointF>> create(const MeshBody &body) const;
+    QVector<QList<PointF>> createGeometryWinding(const MeshBody &body) const;
     // A point at x of the frame of radius ra and half pitch ha, at the same distance
     // from the slot's centre line in the frame of radius rb and half pitch hb.
     static double carried(double x, double ra, double ha, double rb, double hb);
