@@ -59,6 +59,11 @@ struct Dimensions
     double rotorHeight = shipped::rotorHeight;
     double slotWidth = shipped::slotWidth;
     double slotDepth = shipped::slotDepth;
+    // Tooth tips narrow the slot at the gap to its opening.
+    double slotOpening = shipped::slotWidth;
+    double tipHeight = 0.0;
+    // A middle stator without yoke has its slots through it.
+    bool yokeless = false;
     double clearance = shipped::clearance;
     double layerGap = shipped::layerGap;
     double magnetArc = shipped::magnetArc;
@@ -133,11 +138,23 @@ protected:
         return height - bands();
     }
 
+    // Sets of slots: each stator face on a gap has its own, a stator without yoke one through it.
+    int slotSets() const { return dims.yokeless ? statorCount() : gapCount(); }
+    double slotDepth() const { return dims.yokeless ? dims.statorHeight : dims.slotDepth; }
+    // The height of the tips of one slot: at both faces of a slot through the body.
+    double tips() const { return dims.yokeless ? 2 * dims.tipHeight : dims.tipHeight; }
+
+    double slotArea(double radius) const
+    {
+        return stripArc(dims.slotWidth / 2, radius) * (slotDepth() - tips())
+               + stripArc(dims.slotOpening / 2, radius) * tips();
+    }
+
     // Two layers side by side with a gap between them, two stacked ones, or one that fills the slot.
     double coilArea(double radius) const
     {
         const double fullArc = stripArc(dims.slotWidth / 2 - dims.clearance, radius);
-        const double fullHeight = dims.slotDepth - 2 * dims.clearance;
+        const double fullHeight = slotDepth() - tips() - 2 * dims.clearance;
         if (doc.winding()->numberLayers() != 2)
             return fullArc * fullHeight;
         if (doc.winding()->layersOrientation() == Winding::LeftRight)
@@ -183,17 +200,16 @@ protected:
         });
 
         const double faces = gapCount();
-        const double slotCount = span / (360.0 / doc.stator()->numberSlots());
-        const double slotArea = stripArc(dims.slotWidth / 2, radius) * dims.slotDepth;
+        const double slotCount = slotSets() * span / (360.0 / doc.stator()->numberSlots());
+        const double slot = slotArea(radius);
         const double coil = coilArea(radius);
         const double magnetLayer = width * dims.magnetThickness;
         facts.areas[AbstractMaterial::MagnetKind] = faces * dims.magnetArc * magnetLayer;
-        facts.areas[AbstractMaterial::WindingKind] = faces * slotCount * coil;
-        facts.areas[AbstractMaterial::IronKind] = statorCount() * width * dims.statorHeight
-                                                  - faces * slotCount * slotArea
+        facts.areas[AbstractMaterial::WindingKind] = slotCount * coil;
+        facts.areas[AbstractMaterial::IronKind] = statorCount() * width * dims.statorHeight - slotCount * slot
                                                   + rotorCount() * width * dims.rotorHeight - faces * magnetLayer;
         facts.areas[AbstractMaterial::GeneralKind] =
-            width * meshedGaps() + faces * (slotCount * (slotArea - coil) + (1.0 - dims.magnetArc) * magnetLayer);
+            width * meshedGaps() + slotCount * (slot - coil) + faces * (1.0 - dims.magnetArc) * magnetLayer;
         facts.regions = &mesh->geometrySlices().at(index);
         return facts;
     }
@@ -310,20 +326,33 @@ TEST(MeshFacts, BrokenMeshesAreNamedAndDrawn)
         EXPECT_TRUE(QFile::remove(QDir::current().absoluteFilePath(QLatin1String(picture)))) << picture;
 }
 
-// The bundled example as it is saved, with its own mesh settings.
-TEST_F(MachineMeshTest, TheBundledExampleMeetsItsDimensions)
+// The bundled examples as they are saved, with their own mesh settings.
+TEST_F(MachineMeshTest, TheBundledExamplesMeetTheirDimensions)
 {
-    ASSERT_TRUE(doc.load(QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva")));
-    dims.innerRadius = 60.0;
-    dims.outerRadius = 100.0;
-    dims.statorHeight = 30.0;
-    dims.rotorHeight = 10.0;
-    mesh->createGeometrySlices();
-    mesh->createMeshSlices();
-    EXPECT_FALSE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
-    for (int i = 0; i < mesh->numberSlices(); ++i) {
-        SCOPED_TRACE(QStringLiteral("slice %1").arg(i).toStdString());
-        EXPECT_TRUE(meetsFacts(mesh->meshSlices().at(i), sliceFacts(i), QStringLiteral("mesh_example_%1").arg(i)));
+    struct Example
+    {
+        const char *file;
+        bool yokeless;
+        double slotOpening;
+        double tipHeight;
+    };
+    const Example examples[] = {{"new_motor.zva", false, slotWidth, 0.0},
+                                {"yokeless_double_rotor.zva", true, 5.0, 2.0}};
+    for (const Example &example : examples) {
+        SCOPED_TRACE(example.file);
+        ASSERT_TRUE(doc.load(QStringLiteral(ZDS_SOURCE_DIR "/examples/") + QLatin1String(example.file)));
+        dims = Dimensions{60.0, 100.0, 30.0, 10.0};
+        dims.yokeless = example.yokeless;
+        dims.slotOpening = example.slotOpening;
+        dims.tipHeight = example.tipHeight;
+        mesh->createGeometrySlices();
+        mesh->createMeshSlices();
+        EXPECT_FALSE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
+        const QString name = QStringLiteral("mesh_") + QString::fromLatin1(example.file).section('.', 0, 0);
+        for (int i = 0; i < mesh->numberSlices(); ++i) {
+            SCOPED_TRACE(QStringLiteral("slice %1").arg(i).toStdString());
+            EXPECT_TRUE(meetsFacts(mesh->meshSlices().at(i), sliceFacts(i), name + QStringLiteral("_%1").arg(i)));
+        }
+        EXPECT_TRUE(meetsFacts(mesh->meshRadial(), radialFacts(), name + QStringLiteral("_radial")));
     }
-    EXPECT_TRUE(meetsFacts(mesh->meshRadial(), radialFacts(), QStringLiteral("mesh_example_radial")));
 }
