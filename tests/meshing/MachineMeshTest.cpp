@@ -25,8 +25,6 @@ using namespace shipped;
 
 namespace {
 
-constexpr double sizeBound = 6.0;
-
 struct MachineCase
 {
     Machine::Type type;
@@ -36,17 +34,23 @@ struct MachineCase
     int layers = 3;
     // Two lie side by side in a slot.
     int windingLayers = 2;
+    double airgapQuality = 1.5;
+    // 0 for the automatic one.
+    double sizeBound = 6.0;
 };
 
 std::string caseText(const MachineCase &machine)
 {
-    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s), %5 layers, %6 coil(s) a slot")
+    return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s), %5 layers, %6 coil(s) a slot, "
+                          "quality %7, size bound %8")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
         .arg(machine.slices)
         .arg(machine.layers)
         .arg(machine.windingLayers)
+        .arg(machine.airgapQuality)
+        .arg(machine.sizeBound)
         .toStdString();
 }
 
@@ -84,8 +88,9 @@ protected:
         // The slices then have vertices inside the coils where the cells are fine enough.
         if (!doc.winding()->loadEndturnScript())
             return false;
-        mesh->setAutoSizeBound(false);
-        mesh->setSizeBound(sizeBound);
+        mesh->setAutoSizeBound(machine.sizeBound == 0.0);
+        mesh->setSizeBound(machine.sizeBound);
+        mesh->setAirgapQuality(machine.airgapQuality);
         mesh->setNumberSlices(machine.slices);
         mesh->createGeometrySlices();
         mesh->createMeshSlices();
@@ -241,13 +246,15 @@ protected:
 
 QString pictureName(const MachineCase &machine, const QString &model)
 {
-    return QStringLiteral("mesh_%1_%2_%3_%4_%5_%6_%7")
+    return QStringLiteral("mesh_%1_%2_%3_%4_%5_%6_%7_%8_%9")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
         .arg(machine.slices)
         .arg(machine.layers)
         .arg(machine.windingLayers)
+        .arg(machine.airgapQuality)
+        .arg(machine.sizeBound)
         .arg(model);
 }
 
@@ -262,6 +269,8 @@ TEST_F(MachineMeshTest, MeshesOfShippedMachinesMeetTheirDimensions)
         {Machine::SR, 9, 4, 3},  {Machine::SR, 24, 2, 1}, {Machine::RSR, 9, 4, 1},  {Machine::SRS, 24, 2, 1},
         {Machine::SR, 12, 5, 3, 7}, {Machine::RSR, 12, 5, 1, 5}, {Machine::SRSRS, 12, 5, 1}, {Machine::RSRSR, 12, 5, 1},
         {Machine::SR, 12, 5, 3, 3, 1}, {Machine::RSR, 9, 4, 3, 3, 1},
+        {Machine::SR, 12, 5, 3, 5, 2, 1.0}, {Machine::SRS, 9, 4, 1, 3, 2, 2.0}, {Machine::SR, 12, 5, 3, 3, 2, 1.5, 0.0},
+        {Machine::RSR, 24, 2, 3, 7, 2, 1.0, 0.0},
     };
     int windingPoints = 0;
     for (const MachineCase &machine : machines) {
