@@ -440,9 +440,13 @@ int CDT::refine(double aspectBound, double sizeBound, int stepLimit)
     return steps;
 }
 
-void CDT::markDomain()
+void CDT::markDomain(const QVector<PointF> &seeds)
 {
+    std::vector<Point> points;
+    for (const PointF &seed : seeds)
+        points.emplace_back(seed.x(), seed.y());
     Mesher mesher(d->tr, Criteria(0.0125, 0.0));
+    mesher.set_seeds(points.begin(), points.end(), false);
     mesher.init(false);
 }
 

@@ -99,8 +99,9 @@ public:
     // Raises std::runtime_error, having changed nothing, when a triangle is
     // flat by rounding, which the mesher cannot refine.
     int refine(double aspectBound, double sizeBound, int stepLimit);
-    // Marks the faces within the outer constraints as the domain, without refining.
-    void markDomain();
+    // Marks the faces within the outer constraints as the domain, without refining;
+    // the faces that a seed reaches without crossing a constraint are not.
+    void markDomain(const QVector<PointF> &seeds = {});
     // Turns the faces of the domain whose centroid lies strictly between the two
     // ordinates towards a lattice: taken by abscissa, every second face flips its
     // first free side that strays 30 degrees or more from the diagonal, which

@@ -70,6 +70,12 @@ void removeConstraintsInBox(CDT &cdt, const QList<double> &abscissas, double yLo
     });
 }
 
+void setVertexTypes(CDT &cdt, CDT::VertexType type)
+{
+    for (const CDT::Vertex &vertex : cdt.snapshot().vertices)
+        cdt.setVertexType(vertex.point, type);
+}
+
 void markRowVertices(CDT &cdt, const QList<double> &ordinates, CDT::VertexType type)
 {
     cdt.markConstraintEndsIf(

@@ -20,6 +20,8 @@ void removeConstraintsAbscissas(CDT &cdt, const QList<double> &abscissas);
 void removeConstraintsOrdinates(CDT &cdt, const QList<double> &ordinates);
 // As removeConstraintsAbscissas, for constraints within [yLow, yHigh] only.
 void removeConstraintsInBox(CDT &cdt, const QList<double> &abscissas, double yLow, double yHigh);
+// Gives every vertex the type.
+void setVertexTypes(CDT &cdt, CDT::VertexType type);
 // Gives the ends of the constraints that lie along one of the rows the type.
 void markRowVertices(CDT &cdt, const QList<double> &ordinates, CDT::VertexType type);
 

@@ -19,8 +19,11 @@
 #include "geometry/Rotor.h"
 #include "geometry/SimDomain.h"
 #include "geometry/Stator.h"
+#include "meshing/RadialMesher.h"
 #include "meshing/SliceGeometry.h"
 #include "meshing/SliceMesher.h"
+#include "meshing/WindingPoints.h"
+#include "winding/WindingObject.h"
 
 namespace {
 
@@ -294,6 +297,7 @@ void Mesh::clearGeometry()
 void Mesh::clearMeshes()
 {
     m_meshSlices = QVector<CDT>(m_numberSlices);
+    m_meshRadial = CDT();
 }
 
 void Mesh::createMeshSlices()
@@ -310,18 +314,26 @@ void Mesh::createMeshSlices()
     QElapsedTimer timer;
     timer.start();
 
-    m_meshSlices = QVector<CDT>(m_numberSlices);
+    clearMeshes();
     if (checkMachine()) {
-        const SliceMesher mesher(meshSettings(), meshBodies(),
-                                 [this](const QString &text, const CGAL::Failure_exception *failure) {
-                                     onError(text, failure);
-                                 });
+        const MeshSettings settings = meshSettings();
+        createWindingPoints(settings);
+        const QVector<MeshBody> bodies = meshBodies();
+        const MeshStepError report = [this](const QString &text, const CGAL::Failure_exception *failure) {
+            onError(text, failure);
+        };
+        const SliceMesher mesher(settings, bodies, report);
+        const RadialMesher radial(settings, radialFrame(), bodies, report);
         const QList<double> radii = sliceRadii();
-        // Each task writes its own entry only.
+        // Each task writes its own entry only; the radial mesh goes beside the slices.
         CDT *slices = m_meshSlices.data();
+        tbb::task_group group;
+        if (checkRadialModel())
+            group.run([this, &radial] { m_meshRadial = radial.createMeshRadial(); });
         tbb::parallel_for(0, int(radii.size()), [slices, &mesher, &radii](int index) {
             slices[index] = mesher.slice(index, radii.at(index));
         });
+        group.wait();
     }
 
     qDebug() << "Create mesh finished at" << timer.elapsed() << "ms";
@@ -374,6 +386,18 @@ bool Mesh::checkMachine()
     return true;
 }
 
+bool Mesh::checkRadialModel()
+{
+    const double end = radialOuterRadius();
+    const double outer = document()->simDomain().outer;
+    if (end >= outer - Numeric::zeroTolerance)
+        return true;
+    onError(tr("Critical error while building mesh: the radial model ends at %1 mm, within the active part up to %2 mm")
+                .arg(end)
+                .arg(outer));
+    return false;
+}
+
 SliceMachine Mesh::sliceMachine()
 {
     Document *doc = document();
@@ -412,6 +436,39 @@ MeshSettings Mesh::meshSettings() const
     return settings;
 }
 
+void Mesh::createWindingPoints(const MeshSettings &settings)
+{
+    Document *doc = document();
+    m_windingPoints.clear();
+    if (doc->stator()->geometryErrors())
+        return;
+    const QVector<MotorItem *> items = doc->stator()->activeItems();
+    m_windingPoints.resize(items.size());
+    if (!doc->winding()->isEndturnScriptLoaded())
+        return;
+    const SliceGeometry geometry(sliceMachine());
+    const WindingPoints maker(settings, geometry, sliceRadii(),
+                              [this](const QString &text, const CGAL::Failure_exception *failure) {
+                                  onError(text, failure);
+                              });
+    const PieceList pieces = doc->pieces();
+    const bool symmetric = doc->machineType() != Machine::SR;
+    // Each task writes its own entry only.
+    QVector<QList<PointF>> *entries = m_windingPoints.data();
+    tbb::parallel_for(0, int(items.size()), [&](int i) {
+        const MotorItem *item = items.at(i);
+        const MeshBody body = meshBody(item, pieces, doc->stator()->slotAngleSpan(), doc->height(), symmetric,
+                                       doc->airgapOfStatorItem(item->id(), 1), doc->airgapOfStatorItem(item->id(), 2));
+        entries[i] = maker.createGeometryWinding(body);
+    });
+}
+
+RadialFrame Mesh::radialFrame() const
+{
+    const SimDomain domain = document()->simDomain();
+    return RadialFrame{radialOuterRadius(), domain.inner, domain.outer, sliceRadii()};
+}
+
 QVector<MeshBody> Mesh::meshBodies()
 {
     Document *doc = document();
@@ -430,6 +487,8 @@ QVector<MeshBody> Mesh::meshBodies()
                                      stator ? doc->airgapOfStatorItem(id, 2) : doc->airgapOfRotorItem(id, 2));
             if (partner > 0)
                 body.partnerDisplacement = items.at(partner - 1)->relativeDisplacement();
+            if (stator)
+                body.windingPoints = m_windingPoints.value(id - 1);
             bodies.append(body);
         }
     };
@@ -458,9 +517,11 @@ void Mesh::createGeometrySlices()
         // Each task writes its own entry only; the radial cut goes beside the slices.
         GeometryData *slices = m_geometrySlices.data();
         tbb::task_group group;
-        group.run([this, &geometry, &domain] {
-            m_geometryRadial = geometry.createRadial(radialOuterRadius(), domain.inner, domain.outer);
-        });
+        if (checkRadialModel()) {
+            group.run([this, &geometry, &domain] {
+                m_geometryRadial = geometry.createRadial(radialOuterRadius(), domain.inner, domain.outer);
+            });
+        }
         tbb::parallel_for(0, int(radii.size()), [slices, &geometry, &radii](int index) {
             slices[index] = geometry.createSlice(radii.at(index));
         });

@@ -16,6 +16,7 @@ class ScriptConsole;
 struct SliceMachine;
 struct MeshBody;
 struct MeshSettings;
+struct RadialFrame;
 
 namespace CGAL {
 class Failure_exception;
@@ -88,11 +89,16 @@ public:
     const GeometryData &geometryRadial() const { return m_geometryRadial; }
     // Where the radial model ends.
     double radialOuterRadius() const;
-    // The triangles of every slice over the period, when the meshes are invalid;
-    // returns when all are done.
+    // The triangles of every slice over the period and of the plane through the
+    // axis, when the meshes are invalid; returns when all are done.
     void createMeshSlices();
     // One entry a slice, empty until made.
     const QVector<CDT> &meshSlices() const { return m_meshSlices; }
+    // The plane through the axis, empty until made.
+    const CDT &meshRadial() const { return m_meshRadial; }
+    // For each active stator body and each slice, the vertices of its cell inside
+    // the conductors; made with the meshes when the end turns are scripted.
+    const QVector<QVector<QList<PointF>>> &windingPoints() const { return m_windingPoints; }
     // Drops the triangulations.
     void clearMeshes();
 
@@ -132,11 +138,15 @@ private:
     double automaticSizeBound() const;
     // False, with the reason reported, when the machine cannot be cut into slices.
     bool checkMachine();
+    // False, with the reason reported, when the radial model would end within the active part.
+    bool checkRadialModel();
     // The machine as the slices see it.
     SliceMachine sliceMachine();
     // The bodies that are meshed, each with its mirror image in a symmetric machine.
     QVector<MeshBody> meshBodies();
     MeshSettings meshSettings() const;
+    RadialFrame radialFrame() const;
+    void createWindingPoints(const MeshSettings &settings);
 
     bool m_autoSizeBound = true;
     double m_sizeBound = 10.0;
@@ -157,6 +167,8 @@ private:
     QVector<GeometryData> m_geometrySlices;
     GeometryData m_geometryRadial;
     QVector<CDT> m_meshSlices;
+    CDT m_meshRadial;
+    QVector<QVector<QList<PointF>>> m_windingPoints;
     // Steps of several slices may fail at once.
     QMutex m_errorMutex;
     ScriptConsole *m_console;

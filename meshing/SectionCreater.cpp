@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
+#include <algorithm>
 #include <cmath>
 #include <gp_Circ.hxx>
 #include <gp_Pnt.hxx>
@@ -193,4 +194,13 @@ Shape2DList RadialSectionCreater::create(const ShapeList &shapes) const
     }
     qDebug().noquote() << lines.toString();
     return cleaned(lines);
+}
+
+Shape2DList RadialSectionCreater::createAtAngle(const ShapeList &shapes, double radius, double bottom, double top,
+                                                double angle, double pitch) const
+{
+    const double sweep = std::min(pitch, 180.0);
+    const ShapeList cut = shapes.cutToSector(radius, bottom, top, qDegreesToRadians(angle - sweep / 2),
+                                             qDegreesToRadians(sweep));
+    return create(cut.rotatedZ(-qDegreesToRadians(angle)));
 }

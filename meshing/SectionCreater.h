@@ -50,4 +50,9 @@ public:
 
     // Raises the kernel's Standard_Failure when a curve cannot be discretised.
     Shape2DList create(const ShapeList &shapes) const;
+    // The cut of a body at its own angle (degrees): one pitch about that angle, at
+    // most half a turn, cut between the heights within the radius, turned back to
+    // angle 0, where the plane meets it on the side of positive x only.
+    Shape2DList createAtAngle(const ShapeList &shapes, double radius, double bottom, double top, double angle,
+                              double pitch) const;
 };

@@ -156,15 +156,8 @@ Shape2DList SliceGeometry::joined(const std::vector<Shape2DList> &curves)
 Shape2DList SliceGeometry::radialCurves(const SliceBody &body, const RadialSectionCreater &creater,
                                         double outerRadius, double inner, double outer) const
 {
-    // The plane through the axis meets the body on both sides of it: one pitch
-    // about the body's angle keeps the side of positive radius.
-    const double sweep = std::min(body.pitch, 180.0);
-    ShapeList cut = ShapeList::of(body.pieces).cutToSector(m_machine.sectorRadius, body.bottom, body.top,
-                                                      qDegreesToRadians(body.displacement - sweep / 2),
-                                                      qDegreesToRadians(sweep));
-    if (!Numeric::isZero(body.displacement))
-        cut = cut.rotatedZ(-qDegreesToRadians(body.displacement));
-    Shape2DList lines = creater.create(cut);
+    Shape2DList lines = creater.createAtAngle(ShapeList::of(body.pieces), m_machine.sectorRadius, body.bottom,
+                                              body.top, body.displacement, body.pitch);
     addFrame(lines, body, outerRadius);
     const double low = body.gapBelow ? (body.gapBelow->first + body.gapBelow->second) / 2 : body.bottom;
     const double high = body.gapAbove ? (body.gapAbove->first + body.gapAbove->second) / 2 : body.top;
@@ -287,7 +280,7 @@ double SliceGeometry::displacementOf(quint32 scope) const
     return 0.0;
 }
 
-void SliceGeometry::prepareSubdomains(double radius, GeometryData &data) const
+void SliceGeometry::prepareSubdomains(double radius, GeometryData &data, double turn) const
 {
     SubdomainList regions = data.subdomains;
     std::sort(regions.begin(), regions.end(),
@@ -322,7 +315,7 @@ void SliceGeometry::prepareSubdomains(double radius, GeometryData &data) const
         }
         QSharedPointer<AbstractMaterial> material;
         if ((region->scope() & airgapBits) == 0 && !solids.isEmpty())
-            material = materialAt(solids, radius, *point, radius > 0.0 ? 0.0 : displacementOf(region->scope()),
+            material = materialAt(solids, radius, *point, radius > 0.0 ? turn : displacementOf(region->scope()),
                                   region->id());
         region->setMaterial(material ? material : air);
     }

@@ -87,8 +87,9 @@ public:
     // The regions of the plane through the axis, from the axis to the outer radius.
     GeometryData createRadial(double outerRadius, double inner, double outer) const;
     // Drops the outline region and gives every region its body and material; a
-    // negative radius means the radial cut.
-    void prepareSubdomains(double radius, GeometryData &data) const;
+    // negative radius means the radial cut. A cut of one body turned back by its
+    // displacement names that turn, in degrees.
+    void prepareSubdomains(double radius, GeometryData &data, double turn = 0.0) const;
 
 private:
     // The curves of all bodies, each once.

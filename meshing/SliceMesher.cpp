@@ -17,19 +17,6 @@
 
 namespace {
 
-// Length of a row segment per layer height and unit of quality: the side of an
-// equilateral triangle of that height.
-const double rowSideFactor = 2.0 / std::sqrt(3.0);
-
-const double aspectBound = 0.125;
-const int refinementSteps = 50000;
-
-// Rows of a gap that each side brings: the middle layer stays between them.
-int rowsOfSide(const GapRows &gap)
-{
-    return gap.layers / 2;
-}
-
 // Where the last copy of a replicated cell ends. Rows and sides end there to the
 // last bit: a seam whose vertices stray by rounding would be cut into slivers.
 double rightSeam(const CDT &cdt)
@@ -40,45 +27,19 @@ double rightSeam(const CDT &cdt)
     return seam;
 }
 
-void setAllVertices(CDT &cdt, CDT::VertexType type)
-{
-    for (const CDT::Vertex &vertex : cdt.snapshot().vertices)
-        cdt.setVertexType(vertex.point, type);
-}
-
 } // namespace
 
 SliceMesher::SliceMesher(MeshSettings settings, QVector<MeshBody> bodies, MeshStepError onError)
     : m_settings(std::move(settings))
     , m_bodies(std::move(bodies))
     , m_onError(std::move(onError))
+    , m_lattice(m_settings.sizeBound, m_settings.airgapQuality)
 {
 }
 
 double SliceMesher::periodWidth(double radius) const
 {
     return radius * qDegreesToRadians(m_settings.angleSpan);
-}
-
-int SliceMesher::rowSegments(const GapRows &gap, double width) const
-{
-    const double side = gap.layerHeight() * m_settings.airgapQuality * rowSideFactor;
-    return std::max(1, int(std::lround(width / side)));
-}
-
-void SliceMesher::insertRows(CDT &cdt, const GapRows &gap, bool bodyBelowGap, int rows, double width) const
-{
-    const int count = rowSegments(gap, width);
-    const double step = width / count;
-    const double h = gap.layerHeight();
-    for (int k = 1; k <= rows; ++k) {
-        // Rows of the body below the gap rise from its lower end, those of the body above fall from its upper end.
-        const double y = bodyBelowGap ? gap.low + k * h : gap.high - k * h;
-        for (int i = 0; i < count; ++i) {
-            const double end = i + 1 == count ? width : (i + 1) * step;
-            cdt.insert_base_constraint(PointF(i * step, y), PointF(end, y), CDT::VertexBase);
-        }
-    }
 }
 
 CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
@@ -132,12 +93,21 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
 
     CDT cdt;
     step("Critical error while creating constrains mesh of %1 slice %2", [&] { cdt = cdt::createCDT(quarter); });
+    // The conductors get the same inner vertices at every pitch.
+    if (index < body.windingPoints.size()) {
+        step("Critical error while append winding points of %1 slice %2", [&] {
+            for (const PointF &point : body.windingPoints.at(index)) {
+                if (const std::optional<PointF> vertex = cdt.insert(point))
+                    cdt.setVertexType(*vertex, CDT::VertexBase);
+            }
+        });
+    }
     // Rows of the size of the gap's lattice, so that the triangles at the faces fit it.
     step("Critical error while append mesh borders of %1 slice %2", [&] {
         if (below)
-            insertRows(cdt, *below, false, 1, halfPitch);
+            m_lattice.insertRows(cdt, *below, false, 1, 0.0, halfPitch);
         if (above)
-            insertRows(cdt, *above, true, 1, halfPitch);
+            m_lattice.insertRows(cdt, *above, true, 1, 0.0, halfPitch);
     });
     qDebug() << "createMesh(), mesh.number_of_vertices:" << cdt.numberOfVertices();
 
@@ -150,13 +120,13 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
     };
     const bool refined = runMeshStep(
         QStringLiteral("Critical error while refining mesh of %1 slice %2 (%3)").arg(body.name, slice), refineError,
-        [&] { steps = cdt.refine(aspectBound, m_settings.sizeBound, refinementSteps); });
+        [&] { steps = cdt.refine(cellRefinement::aspectBound, m_settings.sizeBound, cellRefinement::stepLimit); });
     if (refined)
         qInfo().noquote() << QStringLiteral("%1 mesh item refined in %2 ms / %3 step(s)")
                                  .arg(body.name).arg(timer.elapsed()).arg(steps);
 
     cdt::removeConstraintsAbscissas(cdt, {0.0, halfPitch});
-    setAllVertices(cdt, CDT::VertexBase);
+    cdt::setVertexTypes(cdt, CDT::VertexBase);
     // The starting rows have set the size at the faces; the rows of the whole period replace them.
     const auto dropStartingRow = [&cdt](double face, double row, double h) {
         cdt::removeConstraintsOrdinates(cdt, {row, face});
@@ -185,36 +155,18 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
     step("Critical error while append mesh borders of %1 slice %2", [&] {
         const double seam = std::abs(rightSeam(period) - width) <= 1e-6 ? rightSeam(period) : width;
         if (body.gapBelow) {
-            insertRows(period, *body.gapBelow, false, rowsOfSide(*body.gapBelow), seam);
-            low -= rowsOfSide(*body.gapBelow) * body.gapBelow->layerHeight();
+            m_lattice.insertRows(period, *body.gapBelow, false, body.gapBelow->rowsOfSide(), 0.0, seam);
+            low -= body.gapBelow->rowsOfSide() * body.gapBelow->layerHeight();
         }
         if (body.gapAbove) {
-            insertRows(period, *body.gapAbove, true, rowsOfSide(*body.gapAbove), seam);
-            high += rowsOfSide(*body.gapAbove) * body.gapAbove->layerHeight();
+            m_lattice.insertRows(period, *body.gapAbove, true, body.gapAbove->rowsOfSide(), 0.0, seam);
+            high += body.gapAbove->rowsOfSide() * body.gapAbove->layerHeight();
         }
         period.insert_base_constraint(PointF(0.0, low), PointF(0.0, high), CDT::VertexBase);
         period.insert_base_constraint(PointF(seam, low), PointF(seam, high), CDT::VertexBase);
     });
     qDebug() << "tid:" << QThread::currentThreadId() << "Create" << index << "slice mesh" << body.name << "completed";
     return period;
-}
-
-void SliceMesher::reorderAirgapEdges(CDT &cdt, const GapRows &gap) const
-{
-    if (gap.layers <= 3)
-        return;
-    const double h = gap.layerHeight();
-    const double bound = m_settings.sizeBound;
-    const double side = (std::abs(bound) > Numeric::zeroTolerance && bound <= h ? bound : h) * m_settings.airgapQuality
-                        * rowSideFactor;
-    const double slope = qRadiansToDegrees(std::atan(h / side));
-    for (int k = 1; k <= gap.layers - 2; ++k) {
-        // The middle band is the solver's own.
-        if (k == gap.layers / 2)
-            continue;
-        const double y0 = gap.low + k * h;
-        cdt.alignBand(y0, y0 + h, slope);
-    }
 }
 
 CDT SliceMesher::slice(int index, double radius) const
@@ -248,7 +200,7 @@ CDT SliceMesher::slice(int index, double radius) const
                 [&] { result.markDomain(); });
     for (const GapRows &gap : m_settings.gaps) {
         runMeshStep(QStringLiteral("Critical error while reordering edges in airgap"), m_onError,
-                    [&] { reorderAirgapEdges(result, gap); });
+                    [&] { m_lattice.reorderEdges(result, gap); });
         QList<double> rows;
         for (int k = 1; k < gap.layers; ++k)
             rows.append(gap.low + k * gap.layerHeight());
@@ -258,9 +210,9 @@ CDT SliceMesher::slice(int index, double radius) const
     const double width = periodWidth(radius);
     for (const MeshBody &body : m_bodies) {
         const double start = body.displacement * arc;
-        const double low = body.gapBelow ? body.bottom - rowsOfSide(*body.gapBelow) * body.gapBelow->layerHeight()
+        const double low = body.gapBelow ? body.bottom - body.gapBelow->rowsOfSide() * body.gapBelow->layerHeight()
                                          : body.bottom;
-        const double high = body.gapAbove ? body.top + rowsOfSide(*body.gapAbove) * body.gapAbove->layerHeight()
+        const double high = body.gapAbove ? body.top + body.gapAbove->rowsOfSide() * body.gapAbove->layerHeight()
                                           : body.top;
         cdt::removeConstraintsInBox(result, {start, start + width}, low, high);
     }

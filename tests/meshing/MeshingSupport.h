@@ -7,6 +7,8 @@
 #include <QTransform>
 #include <QPointF>
 #include <QPolygonF>
+#include <QColor>
+#include <QVector>
 #include <cmath>
 #include <initializer_list>
 #include <map>
@@ -87,10 +89,20 @@ inline MeshMeasures measure(const CDT &cdt, bool inDomainOnly = true)
     return result;
 }
 
-// Draws a triangulation for a failing test: triangles of the domain grey,
-// others white, constraints blue, sides with more than two triangles and
-// faces that are not counter-clockwise red. Written beside the test program.
-inline QString writeSvg(const CDT &cdt, const QString &name)
+// What a failing check marks in its picture, in the mesh's coordinates.
+struct MeshMarks
+{
+    // The fill of faces of the domain, by their index in the snapshot; grey for a face without one.
+    std::map<int, QColor> faceColours;
+    QVector<QLineF> edges;
+    QVector<QPointF> points;
+};
+
+// Draws a triangulation for a failing test: triangles of the domain grey or
+// in their colour, others white, constraints blue, sides with more than two
+// triangles, faces that are not counter-clockwise and the marks red. Written
+// beside the test program.
+inline QString writeSvg(const CDT &cdt, const QString &name, const MeshMarks &marks = {})
 {
     const CDT::Snapshot snapshot = cdt.snapshot();
     QRectF bounds;
@@ -111,12 +123,15 @@ inline QString writeSvg(const CDT &cdt, const QString &name)
                                  * QTransform::fromTranslate(10, 10 + bounds.height() * scale);
     const auto at = [&](int index) { return toPicture.map(QPointF(snapshot.vertices.at(index).point)); };
     std::map<std::pair<int, int>, int> sides;
-    for (const CDT::Face &face : snapshot.faces) {
+    for (int f = 0; f < snapshot.faces.size(); ++f) {
+        const CDT::Face &face = snapshot.faces.at(f);
         const QPolygonF triangle({at(face.vertices[0]), at(face.vertices[1]), at(face.vertices[2])});
         // The picture's y runs down, so a counter-clockwise face turns clockwise in it.
         const bool turned = signedArea(triangle[0], triangle[1], triangle[2]) >= 0.0;
+        const auto colour = marks.faceColours.find(f);
+        const QColor inDomain = colour != marks.faceColours.end() ? colour->second : QColor(Qt::lightGray);
         painter.setPen(QPen(Qt::darkGray, 0.5));
-        painter.setBrush(turned ? QColor(Qt::red) : face.inDomain ? QColor(Qt::lightGray) : QColor(Qt::white));
+        painter.setBrush(turned ? QColor(Qt::red) : face.inDomain ? inDomain : QColor(Qt::white));
         painter.drawPolygon(triangle);
         for (int i = 0; i < 3; ++i) {
             const int u = face.vertices[i];
@@ -132,6 +147,11 @@ inline QString writeSvg(const CDT &cdt, const QString &name)
         if (count > 2)
             painter.drawLine(at(side.first), at(side.second));
     }
+    for (const QLineF &edge : marks.edges)
+        painter.drawLine(toPicture.map(edge.p1()), toPicture.map(edge.p2()));
+    painter.setBrush(Qt::NoBrush);
+    for (const QPointF &point : marks.points)
+        painter.drawEllipse(toPicture.map(point), 5.0, 5.0);
     return path;
 }
 

@@ -110,6 +110,22 @@ TEST(Shape2DList, IntersectsLines)
     EXPECT_TRUE(Shape2DList::intersections(QLineF(0, 0, 1, 1), QLineF(3, 0, 2, 1), 1e-5).isEmpty());
 }
 
+// A crossing with a line along an axis lies on that line to the last bit: a
+// point a rounding off it would make the triangulation fan slivers out of it.
+TEST(Shape2DList, CrossingsKeepTheCoordinateOfALineAlongAnAxis)
+{
+    for (const double x : {50.0, 66.0 + 2.0 / 3.0, 150.0}) {
+        const QList<PointF> across = Shape2DList::intersections(QLineF(0, 35, 195, 35), QLineF(x, 56, x, 14), 1e-5);
+        ASSERT_EQ(across.size(), 1);
+        EXPECT_EQ(across.first().x(), x);
+        EXPECT_EQ(across.first().y(), 35.0);
+        const QList<PointF> reversed = Shape2DList::intersections(QLineF(x, 56, x, 14), QLineF(195, 49, 0, 49), 1e-5);
+        ASSERT_EQ(reversed.size(), 1);
+        EXPECT_EQ(reversed.first().x(), x);
+        EXPECT_EQ(reversed.first().y(), 49.0);
+    }
+}
+
 TEST(Shape2D, TravelsInVariants)
 {
     const QVariant line = QVariant::fromValue(Line2D(1, 2, 3, 4));

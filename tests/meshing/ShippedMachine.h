@@ -41,14 +41,15 @@ inline double stripArc(double a, double radius)
     return 2.0 * radius * std::asin(a / radius);
 }
 
-// A slotted stator and a surface magnet rotor, 12 slots and 10 poles, as shipped.
+// A slotted stator and a surface magnet rotor, 12 slots and 10 poles unless
+// asked for others, as shipped.
 class ShippedMachineTest : public ::testing::Test
 {
 protected:
     ShippedMachineTest() { doc.start(); }
 
     // The type comes first: its change hands the configuration's values to the elements again.
-    bool makeMachine(Machine::Type type)
+    bool makeMachine(Machine::Type type, int numberSlots = 12, int polePairs = 5)
     {
         doc.setMachineType(type);
         const QVector<MotorElement *> elements{doc.stator(), doc.rotor()};
@@ -56,10 +57,10 @@ protected:
             element->setInnerDiameter(2 * innerRadius);
             element->setOuterDiameter(2 * outerRadius);
         }
-        doc.stator()->setNumberSlots(12);
+        doc.stator()->setNumberSlots(numberSlots);
         doc.winding()->setNumberLayers(2);
         doc.winding()->setLayersOrientation(Winding::LeftRight);
-        doc.rotor()->setNumberPolePairs(5);
+        doc.rotor()->setNumberPolePairs(polePairs);
         for (MotorItem *item : doc.stator()->activeItems())
             item->setHeight(statorHeight);
         for (MotorItem *item : doc.rotor()->activeItems())

@@ -191,6 +191,9 @@ TEST_F(SliceMeshTest, AMachineThatCannotBeCutGivesAMeshErrorAndNoMesh)
         EXPECT_TRUE(data.subdomains.isEmpty());
     for (const CDT &slice : mesh->meshSlices())
         EXPECT_EQ(slice.numberOfVertices(), 0);
+    EXPECT_EQ(mesh->meshRadial().numberOfVertices(), 0);
+    EXPECT_FALSE(mesh->isMeshing());
+    EXPECT_TRUE(mesh->elementErrors().contains("Critical error while building mesh."));
 }
 
 // Without the bodies' scripts the slices would cut nothing.
@@ -201,6 +204,8 @@ TEST_F(SliceMeshTest, SlicesOutsideTheDrawnMachineGiveAMeshError)
     EXPECT_TRUE(mesh->meshErrors().testFlag(CoreMotorElement::MeshBuildFailed));
     ASSERT_EQ(errors.count(), 1);
     EXPECT_TRUE(errors.last().at(1).toString().contains("outside the machine"));
+    EXPECT_EQ(mesh->meshRadial().numberOfVertices(), 0);
+    EXPECT_TRUE(mesh->elementErrors().contains("Critical error while building mesh."));
 }
 
 // A body without pieces gives an empty cell; the others are still meshed.
