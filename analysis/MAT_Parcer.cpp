@@ -408,10 +408,17 @@ QList<MatVarPointer> MAT_Parcer::meshToMAT() const
     const QVector<quint32> rotorScopes = scopesOf(false);
     const QVector<quint32> statorScopes = scopesOf(true);
 
-    std::vector<std::optional<SliceData>> made(static_cast<std::size_t>(count));
-    tbb::parallel_for(0, count, [&](int i) {
-        made[std::size_t(i)].emplace(geometries.at(i).subdomains, meshes.at(i), rotorScopes, statorScopes);
+    // The slices and, last, the radial model.
+    std::vector<std::optional<SliceData>> made(static_cast<std::size_t>(count) + 1);
+    tbb::parallel_for(0, count + 1, [&](int i) {
+        if (i < count)
+            made[std::size_t(i)].emplace(geometries.at(i).subdomains, meshes.at(i), rotorScopes, statorScopes);
+        else
+            made[std::size_t(i)].emplace(mesh->geometryRadial().subdomains, mesh->meshRadial(), rotorScopes,
+                                         statorScopes);
     });
+    const SliceData radial = std::move(*made.back());
+    made.pop_back();
     std::vector<SliceData> slices;
     for (std::optional<SliceData> &slice : made)
         slices.push_back(std::move(*slice));
@@ -428,40 +435,49 @@ QList<MatVarPointer> MAT_Parcer::meshToMAT() const
     }
     return {MatVarPointer(C::matVar(properties, QStringLiteral("cell_Properties"))),
             MatVarPointer(C::matVar(materialTypes, QStringLiteral("cell_MaterialType"))),
-            MatVarPointer(meshVar(slices)), MatVarPointer(emptyRadialMesh())};
+            MatVarPointer(meshVar(slices)), MatVarPointer(radialMeshVar(radial))};
 }
 
 matvar_t *MAT_Parcer::sliceProperties(const SliceData &slice, int sliceIndex) const
 {
-    static const QStringList fields{"magnetization", "center_x", "center_y", "direction", "angle", "layer",
-                                    "slot",          "nlayout",  "position", "fillcoef",  "d_somaloy"};
+    const bool radialModel = sliceIndex < 0;
+    static const QStringList sliceFields{"magnetization", "center_x", "center_y", "direction", "angle", "layer",
+                                         "slot",          "nlayout",  "position", "fillcoef",  "d_somaloy"};
+    // The radial model has no slot, layer or centre of its own, nor a slice's iron.
+    static const QStringList radialFields = sliceFields.mid(0, 9);
+    const QStringList &fields = radialModel ? radialFields : sliceFields;
     QVector<QVector<matvar_t *>> elements;
     for (const QSharedPointer<Subdomain> &region : slice.regions()) {
         const AbstractMaterial *material = region->material().data();
         const auto *magnet = dynamic_cast<const MagnetMaterial *>(material);
         const auto *winding = dynamic_cast<const WindingMaterial *>(material);
         const auto *iron = dynamic_cast<const IronMaterial *>(material);
-        const bool radial = magnet && magnet->type == Magnetization::Type::Radial;
+        const bool radial = magnet && magnet->type == Magnetization::Type::Radial && !radialModel;
         const bool parallel = magnet && magnet->type == Magnetization::Type::Parallel;
         matvar_t *fillCoef = nullptr;
-        if (iron && sliceIndex < iron->fillCoefs().size())
+        if (iron && !radialModel && sliceIndex < iron->fillCoefs().size())
             fillCoef = C::matVar(iron->fillCoefs().at(sliceIndex), QString());
         matvar_t *dsomaloy = nullptr;
-        if (iron)
+        if (iron && !radialModel)
             dsomaloy = C::matVar(std::abs(iron->dsomaloy()) <= Numeric::zeroTolerance ? 0.0 : iron->dsomaloy(), QString());
-        elements.append({
+        const bool coil = winding && !radialModel;
+        QVector<matvar_t *> element{
             C::matVar(magnet ? Magnetization::typeText(magnet->type) : QString(), QString()),
             C::matVar(radial ? magnet->center.x() : 0.0, QString()),
             C::matVar(radial ? magnet->center.y() : 0.0, QString()),
-            C::matVar(radial ? Magnetization::directionText(magnet->direction) : QString(), QString()),
+            C::matVar(magnet && magnet->type == Magnetization::Type::Radial
+                          ? Magnetization::directionText(magnet->direction)
+                          : QString(),
+                      QString()),
             C::matVar(parallel ? magnet->effectiveAngle() : 0.0, QString()),
-            C::matVar(winding ? winding->layer() : 0, QString()),
-            C::matVar(winding ? winding->slot() : 0, QString()),
-            C::matVar(winding ? winding->layout() : 0, QString()),
+            C::matVar(coil ? winding->layer() : 0, QString()),
+            C::matVar(coil ? winding->slot() : 0, QString()),
+            C::matVar(coil ? winding->layout() : 0, QString()),
             C::matVar(scopeText(region->scope()).toLower(), QString()),
-            fillCoef,
-            dsomaloy,
-        });
+        };
+        if (!radialModel)
+            element << fillCoef << dsomaloy;
+        elements.append(element);
     }
     return C::structArray(QStringLiteral("SubdomainProperties"), fields, elements);
 }
@@ -529,16 +545,26 @@ matvar_t *MAT_Parcer::sliceRows(const SliceData &slice, bool rotor) const
     return C::matVar(gaps, QString());
 }
 
-// The radial model is not meshed yet: its variables stand, empty, under their names.
-matvar_t *MAT_Parcer::emptyRadialMesh()
+matvar_t *MAT_Parcer::radialMeshVar(const SliceData &radial) const
 {
+    QElapsedTimer timer;
+    timer.start();
+    matvar_t *points = pointsVar(radial.mesh());
+    qDebug() << "RadMesh.p created at" << timer.elapsed() << "ms";
+    matvar_t *edges = edgesVar(radial.mesh());
+    qDebug() << "RadMesh.e created at" << timer.elapsed() << "ms";
+    matvar_t *triangles = trianglesVar(radial);
+    qDebug() << "RadMesh.t created at" << timer.elapsed() << "ms";
+    QVector<matvar_t *> keys;
+    for (const QString &key : radial.materialTypes())
+        keys.append(C::matVar(key, QString()));
     return C::structVar(QStringLiteral("RadMesh"),
                         {
-                            {"p", C::empty("p")},
-                            {"e", C::empty("e")},
-                            {"t", C::empty("t")},
-                            {"MaterialType", C::matVar(QVector<matvar_t *>(), "MaterialType")},
-                            {"Properties", C::empty("Properties")},
+                            {"p", points},
+                            {"e", edges},
+                            {"t", triangles},
+                            {"MaterialType", C::matVar(keys, "MaterialType")},
+                            {"Properties", sliceProperties(radial, -1)},
                         });
 }
 

@@ -47,10 +47,11 @@ private:
     void showCritical(const QString &text) const;
     mat_t *openForRead(const QString &path) const;
     QVector<quint32> scopesOf(bool stator) const;
+    // A negative index stands for the radial model.
     matvar_t *sliceProperties(const SliceData &slice, int sliceIndex) const;
+    matvar_t *radialMeshVar(const SliceData &radial) const;
     matvar_t *meshVar(const std::vector<SliceData> &slices) const;
     matvar_t *sliceRows(const SliceData &slice, bool rotor) const;
-    static matvar_t *emptyRadialMesh();
 
     Document *m_document;
     bool m_showMessageBoxes = false;

@@ -228,6 +228,21 @@ TEST_F(ExampleExchangeFile, MeshesAreTheDocumentsSlicesInMetres)
     const MatVarPointer radial = file.read("RadMesh");
     ASSERT_TRUE(radial);
     EXPECT_EQ(fieldNames(radial.data()), (QStringList{"p", "e", "t", "MaterialType", "Properties"}));
+    // The radial model is the document's radial mesh, its regions with nine properties each.
+    const CDT::Snapshot radialMesh = mesh->meshRadial().snapshot();
+    ASSERT_GT(radialMesh.vertices.size(), 0);
+    const int radialFaces = int(std::count_if(radialMesh.faces.cbegin(), radialMesh.faces.cend(),
+                                              [](const CDT::Face &face) { return face.inDomain; }));
+    const matvar_t *radialPoints = field(radial, "p");
+    const matvar_t *radialTriangles = field(radial, "t");
+    ASSERT_EQ(radialPoints->dims[0], 2u);
+    EXPECT_EQ(radialPoints->dims[1], size_t(radialMesh.vertices.size()));
+    ASSERT_EQ(radialTriangles->dims[0], 4u);
+    EXPECT_EQ(radialTriangles->dims[1], size_t(radialFaces));
+    const matvar_t *radialRegions = field(radial, "Properties");
+    ASSERT_EQ(radialRegions->class_type, MAT_C_STRUCT);
+    EXPECT_EQ(radialRegions->dims[1], field(radial, "MaterialType")->dims[1]);
+    EXPECT_EQ(Mat_VarGetNumberOfFields(const_cast<matvar_t *>(radialRegions)), 9);
 }
 
 TEST_F(ExampleExchangeFile, RegionsCarryTheirBodyAndMaterial)
