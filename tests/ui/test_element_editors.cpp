@@ -1,5 +1,6 @@
 #include <QLabel>
 #include <QMenu>
+#include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -10,6 +11,8 @@
 #include <gtest/gtest.h>
 
 #include "document/UndoStack.h"
+#include "QmlScripting/ScriptObject.h"
+#include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "support/ConsoleSpies.h"
 #include "support/LogCatcher.h"
@@ -17,6 +20,7 @@
 #include "ui/DocumentWindow.h"
 #include "ui/ElementConfigEditor.h"
 #include "ui/MotorGeometryEditor.h"
+#include "ui/RotorGeometryWidget.h"
 #include "ui/StatorGeometryWidget.h"
 
 // The geometry panels that the element scripts build, driven as a user does, on the
@@ -26,7 +30,7 @@ namespace {
 
 const QString example = QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva");
 
-class StatorGeometryWidgetTest : public ::testing::Test
+class GeometryPanelTest : public ::testing::Test
 {
 protected:
     void SetUp() override
@@ -82,7 +86,7 @@ protected:
 
 } // namespace
 
-TEST_F(StatorGeometryWidgetTest, TheScriptsPanelShowsItsVariablesAndOpensForEditingOnlyInTheStatorMode)
+TEST_F(GeometryPanelTest, TheScriptsPanelShowsItsVariablesAndOpensForEditingOnlyInTheStatorMode)
 {
     NumberEdit *slotWidth = field("slotWidth");
     ASSERT_NE(slotWidth, nullptr);
@@ -102,7 +106,7 @@ TEST_F(StatorGeometryWidgetTest, TheScriptsPanelShowsItsVariablesAndOpensForEdit
     EXPECT_FALSE(host()->isEnabled());
 }
 
-TEST_F(StatorGeometryWidgetTest, TypingANumberIsOneUndoStepThatUndoShowsBackInThePanel)
+TEST_F(GeometryPanelTest, TypingANumberIsOneUndoStepThatUndoShowsBackInThePanel)
 {
     enterEditMode();
     NumberEdit *slotWidth = field("slotWidth");
@@ -124,7 +128,7 @@ TEST_F(StatorGeometryWidgetTest, TypingANumberIsOneUndoStepThatUndoShowsBackInTh
     EXPECT_DOUBLE_EQ(slotWidth->value(), 8.5);
 }
 
-TEST_F(StatorGeometryWidgetTest, NumbersAreRoundedToFiveDecimalsBeforeTheyAreCompared)
+TEST_F(GeometryPanelTest, NumbersAreRoundedToFiveDecimalsBeforeTheyAreCompared)
 {
     enterEditMode();
     NumberEdit *slotWidth = field("slotWidth");
@@ -141,7 +145,7 @@ TEST_F(StatorGeometryWidgetTest, NumbersAreRoundedToFiveDecimalsBeforeTheyAreCom
     EXPECT_DOUBLE_EQ(stored("slotWidth").toDouble(), before + 0.00001);
 }
 
-TEST_F(StatorGeometryWidgetTest, AReadOnlyDocumentShowsThePanelDisabled)
+TEST_F(GeometryPanelTest, AReadOnlyDocumentShowsThePanelDisabled)
 {
     enterEditMode();
     document.setReadonly(true);
@@ -153,7 +157,7 @@ TEST_F(StatorGeometryWidgetTest, AReadOnlyDocumentShowsThePanelDisabled)
     EXPECT_TRUE(host()->isEnabled());
 }
 
-TEST_F(StatorGeometryWidgetTest, APanelFunctionThatFailsLeavesAnEmptyPanelAndTellsTheConsole)
+TEST_F(GeometryPanelTest, APanelFunctionThatFailsLeavesAnEmptyPanelAndTellsTheConsole)
 {
     readStatorScript("function createStatorUI(widget) {\n"
                      "    var edit = NumberEdit(widget);\n"
@@ -174,7 +178,7 @@ TEST_F(StatorGeometryWidgetTest, APanelFunctionThatFailsLeavesAnEmptyPanelAndTel
     EXPECT_EQ(document.undoStack()->count(), commands);
 }
 
-TEST_F(StatorGeometryWidgetTest, APanelWithoutNamedEditorsSaysSoAndCannotBeEntered)
+TEST_F(GeometryPanelTest, APanelWithoutNamedEditorsSaysSoAndCannotBeEntered)
 {
     readStatorScript("function createStatorUI(widget) {\n"
                      "    var spin = QSpinBox(widget);\n"
@@ -188,7 +192,39 @@ TEST_F(StatorGeometryWidgetTest, APanelWithoutNamedEditorsSaysSoAndCannotBeEnter
     EXPECT_FALSE(button("buttonEdit")->isEnabled());
 }
 
-TEST_F(StatorGeometryWidgetTest, ChoosingAnotherScriptIsOneStepThatUndoTakesBackWithTheValues)
+TEST_F(GeometryPanelTest, TwoEditorsOfOneVariableAreReportedAndTheFirstIsServed)
+{
+    readStatorScript("function createStatorUI(widget) {\n"
+                     "    var first = NumberEdit(widget);\n"
+                     "    first.objectName = \"slotWidth\";\n"
+                     "    var second = NumberEdit(widget);\n"
+                     "    second.objectName = \"slotWidth\";\n"
+                     "}\n");
+    widget->recreateStatorUI();
+    const QList<NumberEdit *> editors = host()->findChildren<NumberEdit *>(QStringLiteral("slotWidth"));
+    ASSERT_EQ(editors.size(), 2);
+    const LogCatcher log;
+
+    document.setPropertyUndoable(document.stator()->scriptObject(), QStringLiteral("slotWidth"), 4.5);
+    EXPECT_TRUE(log.contains(QStringLiteral("Error: found multiplied editors for stator property: slotWidth")));
+    EXPECT_DOUBLE_EQ(editors.at(0)->value(), 4.5);
+    EXPECT_DOUBLE_EQ(editors.at(1)->value(), 0.0);
+}
+
+TEST_F(GeometryPanelTest, TheHintCanBeHiddenForGood)
+{
+    auto *hint = widget->findChild<QWidget *>(QStringLiteral("widgetHint"));
+    ASSERT_TRUE(hint->isVisible());
+    QTest::mouseClick(widget->findChild<QPushButton *>(QStringLiteral("buttonHideHint")), Qt::LeftButton);
+    EXPECT_FALSE(hint->isVisible());
+    EXPECT_TRUE(QSettings().value(QStringLiteral("Settings/HideStatorEditHint")).toBool());
+
+    StatorGeometryWidget another(&document);
+    another.show();
+    EXPECT_FALSE(another.findChild<QWidget *>(QStringLiteral("widgetHint"))->isVisible());
+}
+
+TEST_F(GeometryPanelTest, ChoosingAnotherScriptIsOneStepThatUndoTakesBackWithTheValues)
 {
     enterEditMode();
     type(field("slotWidth"), QStringLiteral("7.5"));
@@ -216,7 +252,7 @@ TEST_F(StatorGeometryWidgetTest, ChoosingAnotherScriptIsOneStepThatUndoTakesBack
     EXPECT_DOUBLE_EQ(field("slotWidth")->value(), 7.5);
 }
 
-TEST_F(StatorGeometryWidgetTest, TheCatalogueMenuDisablesScriptsThatDoNotSuitTheMachine)
+TEST_F(GeometryPanelTest, TheCatalogueMenuDisablesScriptsThatDoNotSuitTheMachine)
 {
     auto *menu = widget->findChild<QToolButton *>(QStringLiteral("buttonScript"))->menu();
     for (const QAction *action : menu->actions()) {
@@ -225,6 +261,29 @@ TEST_F(StatorGeometryWidgetTest, TheCatalogueMenuDisablesScriptsThatDoNotSuitThe
         else if (!action->isSeparator())
             EXPECT_TRUE(action->isEnabled()) << action->text().toStdString();
     }
+}
+
+TEST_F(GeometryPanelTest, TheRotorPanelIsTheRotorScriptsAndEditedInTheRotorMode)
+{
+    RotorGeometryWidget rotorWidget(&document);
+    rotorWidget.show();
+    auto *rotorHost = rotorWidget.findChild<QWidget *>(QStringLiteral("panelGeometryEditor"));
+    ASSERT_FALSE(rotorHost->findChildren<NumberEdit *>().isEmpty());
+    auto *edit = rotorWidget.findChild<QToolButton *>(QStringLiteral("buttonEdit"));
+    EXPECT_EQ(edit->text(), QStringLiteral("Edit rotor"));
+
+    QTest::mouseClick(edit, Qt::LeftButton);
+    EXPECT_EQ(document.mode(), Document::GeometryRotor);
+    EXPECT_TRUE(rotorHost->isEnabled());
+    EXPECT_FALSE(host()->isEnabled()) << "the stator's panel stays closed";
+    EXPECT_EQ(edit->text(), QStringLiteral("Exit rotor editor"));
+
+    NumberEdit *field = rotorHost->findChildren<NumberEdit *>().first();
+    const QByteArray name = field->objectName().toLatin1();
+    const int commands = document.undoStack()->count();
+    type(field, QString::number(field->value() + 1.0));
+    EXPECT_EQ(document.undoStack()->count(), commands + 1);
+    EXPECT_DOUBLE_EQ(document.rotor()->scriptObject()->property(name.constData()).toDouble(), field->value());
 }
 
 TEST(ElementConfigEditor, AConfigurationScriptWithoutThePanelFunctionLeavesANoteAndAnEmptyPanel)
