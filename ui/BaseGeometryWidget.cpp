@@ -141,18 +141,10 @@ void BaseGeometryWidget::recreateUI()
         return;
     }
     m_hasEditors = bindEditors() > 0;
-    auto *layout = qobject_cast<QGridLayout *>(m_host->layout());
-    if (!m_host->layout()) {
-        layout = new QGridLayout(m_host);
-        layout->setContentsMargins(6, 0, 6, 6);
-    }
-    if (!m_hasEditors) {
-        auto *label = new QLabel(tr("No editor widgets"), m_host);
-        if (layout)
-            layout->addWidget(label, layout->rowCount(), 0, 1, -1);
-        else
-            m_host->layout()->addWidget(label);
-    }
+    if (!m_host->layout())
+        (new QGridLayout(m_host))->setContentsMargins(6, 0, 6, 6);
+    if (!m_hasEditors)
+        m_host->layout()->addWidget(new QLabel(tr("No editor widgets"), m_host));
     m_host->setWheelGuarded(true);
     refresh();
 }

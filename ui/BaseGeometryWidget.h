@@ -6,8 +6,6 @@
 
 class GeometrySourceWidget;
 class MotorElement;
-class QLabel;
-class QPushButton;
 class QToolButton;
 class ScriptDescribeList;
 class ScriptPanelHost;
