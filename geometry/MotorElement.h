@@ -66,6 +66,9 @@ public:
     QString scriptPath(const QString &script) const;
     bool isScriptLoaded() const { return m_scriptLoaded; }
     JSEngine *engine() const { return m_engine.get(); }
+    // Held by every call into the script, the editor panel's too; an element holds it
+    // also while it takes in a result.
+    QRecursiveMutex &engineMutex() const { return m_engineMutex; }
 
     // Evaluates the script in a new engine and binds its variables; false, with the
     // message on the console, when it fails or lacks what an element needs. The
@@ -156,8 +159,6 @@ protected:
     // The body on an air gap of the machine, 1 to 4; Empty where there is none.
     virtual MotorItem::ID itemIdOnAirgap(int index) const = 0;
     virtual const ScriptDescribeList &catalogue() const = 0;
-    // Held by every call into the script; an element holds it also while it takes in a result.
-    QRecursiveMutex &engineMutex() const { return m_engineMutex; }
     // What is built on this element's pieces besides its own bodies.
     virtual void clearDependentPieces() {}
 

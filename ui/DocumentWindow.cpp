@@ -35,6 +35,7 @@
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/MotorGeometryEditor.h"
 #include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -132,6 +133,8 @@ void DocumentWindow::createForm()
     layout->addWidget(m_splitterHorizontal);
 
     addEditorPage("editorGeometry", tr("Geometry Editor"), QStringLiteral(":/geometry.png"), Document::GeometryMotor);
+    QWidget *geometryPage = m_toolBoxEditors->widget(0);
+    geometryPage->layout()->addWidget(new MotorGeometryEditor(m_document, geometryPage));
     addEditorPage("editorWinding", tr("Winding Editor"), QStringLiteral(":/winding.png"), Document::Winding);
     addEditorPage("editorMesh", tr("Mesh Editor"), QStringLiteral(":/mesh.png"), Document::Mesh2D);
     if (isAnalysisShown()) {
