@@ -17,7 +17,7 @@
 #include "analysis/MCRCtrlPlugin.h"
 #include "app/Logging.h"
 #include "app/RemoteConsoleClient.h"
-#include "app/RemoteConsoleServer.h"
+#include "analysis/RemoteConsoleServer.h"
 #include "app/SolverStep.h"
 #include "base/ScriptConsole.h"
 #include "scripting/QtPrinters.h"
