@@ -80,6 +80,7 @@ void MagnetostaticRun::stop()
     if (m_stopped)
         return;
     m_stopped = true;
+    m_console->warn(tr("Analysis stopped"));
     m_process.kill();
 }
 
@@ -167,10 +168,8 @@ bool MagnetostaticRun::runStep(const QString &operation, const QString &path)
 {
     const bool ended = m_process.run(operation, path, remoteConsoleServerName());
     m_server->receivePending();
-    if (m_stopped) {
-        m_console->warn(tr("Analysis stopped"));
+    if (m_stopped)
         return false;
-    }
     if (!ended)
         fail(m_process.errorText());
     return true;
