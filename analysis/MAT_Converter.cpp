@@ -3,6 +3,8 @@
 #include <QDebug>
 #include <QFile>
 #include <vector>
+#include <cstdlib>
+#include <cstring>
 
 #include "base/ExchangePath.h"
 
@@ -349,6 +351,17 @@ QVariant MAT_Converter::toVariant(const matvar_t *variable)
     if (readNumbers(variable, numbers))
         return numericVariant(variable, numbers);
     return QStringLiteral("Unsupported MAT type '%1'").arg(int(variable->class_type));
+}
+
+matvar_t *MAT_Converter::renamed(const matvar_t *variable, const QString &name)
+{
+    matvar_t *copy = Mat_VarDuplicate(variable, 1);
+    if (!copy)
+        return nullptr;
+    free(copy->name);
+    const QByteArray bytes = nameBytes(name);
+    copy->name = bytes.isEmpty() ? nullptr : strdup(bytes.constData());
+    return copy;
 }
 
 QByteArray MAT_Converter::toByteArray(const matvar_t *variable)

@@ -56,6 +56,9 @@ public:
     static matvar_t *structArray(const QString &name, const QStringList &fieldNames,
                                  const QVector<QVector<matvar_t *>> &elements);
 
+    // A copy of the variable under another name.
+    static matvar_t *renamed(const matvar_t *variable, const QString &name);
+
     static QVariant toVariant(const matvar_t *variable);
 
     // The bytes of a MAT file that holds the one variable; empty on failure.

@@ -1,9 +1,11 @@
 #include "analysis/MagnetostaticAnalysis.h"
 
+#include <QCoreApplication>
 #include <QDataStream>
 #include <QDebug>
 
 #include "analysis/DriveSettings.h"
+#include "analysis/MagnetostaticRun.h"
 #include "base/Assign.h"
 #include "base/ScriptConsole.h"
 #include "document/Airgap.h"
@@ -23,6 +25,7 @@ const qint32 streamVersion = 2;
 MagnetostaticAnalysis::MagnetostaticAnalysis(Document *document)
     : CoreMotorElement(document)
     , m_console(new ScriptConsole(ScriptConsole::Magnitostatic, this))
+    , m_solverProgram(QCoreApplication::applicationFilePath())
 {
     setObjectName(QStringLiteral("magnetostaticAnalysis"));
     // The property system finds the pair's type by its name.
@@ -36,6 +39,8 @@ MagnetostaticAnalysis::MagnetostaticAnalysis(Document *document)
     connect(document->winding(), &WindingObject::windingChanged, this, &MagnetostaticAnalysis::dropResults);
     connect(document->mesh(), &Mesh::meshChanged, this, &MagnetostaticAnalysis::dropResults);
     connect(this, &MagnetostaticAnalysis::changed, this, &MagnetostaticAnalysis::dropResults);
+    // The document holds the solver's file of the last run.
+    connect(document, &Document::dataSimulationChanged, this, &MagnetostaticAnalysis::dataSimulationChanged);
 }
 
 QString MagnetostaticAnalysis::solverTypeName(SolverType type)
@@ -179,8 +184,45 @@ void MagnetostaticAnalysis::setDataSimulation(const QVariantMap &data)
     emit resultsChanged();
 }
 
+void MagnetostaticAnalysis::run()
+{
+    if (m_running) {
+        qWarning() << "The analysis is running already";
+        return;
+    }
+    if (m_clearConsoleOnRun)
+        emit m_console->clear(m_console->scope());
+    setRunning(true);
+    emit analysisStarted();
+    QCoreApplication::processEvents();
+    {
+        MagnetostaticRun run(this, m_solverProgram);
+        m_run = &run;
+        run.exec();
+        m_run = nullptr;
+    }
+    setRunning(false);
+    emit analysisStoped();
+}
+
+void MagnetostaticAnalysis::stop()
+{
+    if (m_run)
+        m_run->stop();
+}
+
+void MagnetostaticAnalysis::setRunning(bool running)
+{
+    if (assignChanged(m_running, running))
+        emit runningChanged();
+}
+
 void MagnetostaticAnalysis::dropResults()
 {
+    // A run freezes the design; what it computes on the way, such as automatic
+    // overhangs, changes no value of the user.
+    if (m_running)
+        return;
     setDataSimulation(QVariantMap());
 }
 

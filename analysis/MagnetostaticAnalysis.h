@@ -6,6 +6,7 @@
 
 #include "document/CoreMotorElement.h"
 
+class MagnetostaticRun;
 class QDataStream;
 class ScriptConsole;
 
@@ -93,6 +94,19 @@ public:
     void setClearConsoleOnRun(bool clear);
     bool isRunning() const { return m_running; }
 
+    // The program whose copies run the solver steps: this program's own file unless
+    // another one is set.
+    QString solverProgram() const { return m_solverProgram; }
+    void setSolverProgram(const QString &program) { m_solverProgram = program; }
+
+    // The whole analysis of the design, from its meshes to the results; returns
+    // when it has ended. The event loop runs meanwhile. A second call while a run
+    // is going on does nothing.
+    void run();
+    // Ends a run: the running solver step is killed and the results stay as they
+    // were before the run.
+    void stop();
+
     // What the solver returned: one-variable MAT files as bytes, by variable name.
     QVariantMap dataSimulation() const { return m_dataSimulation; }
     void setDataSimulation(const QVariantMap &data);
@@ -128,6 +142,7 @@ private:
     template <typename T, typename Signal>
     void assign(T &field, const T &value, Signal signal);
     void dropResults();
+    void setRunning(bool running);
 
     ScriptConsole *m_console;
     SolverType m_solverType = Nonlinear;
@@ -148,6 +163,8 @@ private:
     bool m_clearConsoleOnRun = true;
     bool m_running = false;
     QVariantMap m_dataSimulation;
+    QString m_solverProgram;
+    MagnetostaticRun *m_run = nullptr;
 };
 
 // Makes the enumerations of the analysis and of the drive known to QVariant by

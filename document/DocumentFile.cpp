@@ -200,10 +200,14 @@ bool Document::load(const QString &path)
         return loadFailure(tr("The file %1 is not a file of %2").arg(path, applicationName()));
     }
     file.close();
+    // The configuration script writes its values back into the elements, which
+    // would drop the results that were just read.
+    const QVariantMap results = m_analysis->dataSimulation();
     pushConfigToScript();
 
     setBoundaryCondition(m_boundaryConditionMode == Manual ? m_boundaryCondition
                                                            : computePeriodicity().second);
+    m_analysis->setDataSimulation(results);
     qInfo() << "Document loaded **********************************************";
     setGeometryModified(false);
     markAsMade();

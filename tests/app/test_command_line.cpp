@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "app/ExchangeFile.h"
-#include "app/RemoteConsoleServer.h"
+#include "analysis/RemoteConsoleServer.h"
 #include "base/ExchangePath.h"
 #include "base/ScriptConsole.h"
 #include "support/ProgramRun.h"

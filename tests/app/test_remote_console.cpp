@@ -17,7 +17,7 @@
 #include "analysis/MCRCtrlPlugin.h"
 #include "app/Logging.h"
 #include "app/RemoteConsoleClient.h"
-#include "app/RemoteConsoleServer.h"
+#include "analysis/RemoteConsoleServer.h"
 #include "app/SolverStep.h"
 #include "base/ScriptConsole.h"
 #include "scripting/QtPrinters.h"
@@ -222,6 +222,28 @@ TEST(RemoteConsole, StoppingTheServerLosesOnlyLaterMessagesQuietly)
     EXPECT_EQ(spies.total(), 1);
     EXPECT_EQ(spies.info.at(0).at(1).toString(), QStringLiteral("before"));
     EXPECT_EQ(log.lines(), QStringList());
+}
+
+// A child's last messages may still wait when the parent learns that it ended.
+TEST(RemoteConsole, WaitingMessagesAreTakenWithoutTheEventLoop)
+{
+    ScriptConsole console(ScriptConsole::Magnitostatic);
+    ConsoleSpies spies(&console);
+    const QString name = uniqueServerName();
+    RemoteConsoleServer server(name, &console);
+    RemoteConsoleClient client(name);
+
+    client.info(QStringLiteral("last"));
+    client.error(QStringLiteral("words"));
+    EXPECT_EQ(spies.total(), 0);
+    server.receivePending();
+
+    ASSERT_EQ(spies.total(), 2);
+    EXPECT_EQ(spies.info.at(0).at(1).toString(), QStringLiteral("last"));
+    EXPECT_EQ(spies.error.at(0).at(1).toString(), QStringLiteral("words"));
+    // Nothing waits any more: the call returns at once.
+    server.receivePending();
+    EXPECT_EQ(spies.total(), 2);
 }
 
 TEST(RemoteConsole, TwoClientsAtOnceAreBothServed)

@@ -4,8 +4,13 @@
 
 #include "analysis/MCRCtrl/MCRCtrlInterface.h"
 
-// Stands in for the solver: each step reports one info and one error and appends
-// its name as a line to the exchange file, so a test sees which step ran on what.
+// Stands in for the solver: each step reports one info and one error. A MAT
+// exchange file is answered as the solver does, with the variables of its step or
+// with `Error` when an input is missing; any other file gets the step's name
+// appended as a line, so a test sees which step ran on what. The environment
+// variable ZDS_TEST_SOLVER makes a step misbehave: "error" answers with `Error`,
+// "no-RadMesh" leaves that variable out, "sleep" waits a minute before answering,
+// "exit" ends the process with the exit code 3.
 class TestMCRCtrlPlugin : public QObject, public MCRCtrlInterface
 {
     Q_OBJECT

@@ -1,4 +1,4 @@
-#include "app/RemoteConsoleServer.h"
+#include "analysis/RemoteConsoleServer.h"
 
 #include "base/ScriptConsole.h"
 
@@ -17,6 +17,14 @@ RemoteConsoleServer::RemoteConsoleServer(const QString &name, ScriptConsole *con
     QLocalServer::removeServer(name);
     if (!m_server.listen(name))
         qCritical() << "RemoteConsoleServer, listen" << name << "failed:" << m_server.errorString();
+}
+
+void RemoteConsoleServer::receivePending()
+{
+    // Each accepted connection is served by receiveMessage before the next poll.
+    bool timedOut = false;
+    while (m_server.isListening() && !timedOut)
+        m_server.waitForNewConnection(0, &timedOut);
 }
 
 void RemoteConsoleServer::receiveMessage()

@@ -14,6 +14,10 @@ class RemoteConsoleServer : public QObject
 public:
     RemoteConsoleServer(const QString &name, ScriptConsole *console, QObject *parent = nullptr);
 
+    // Takes the messages that are waiting already, without the event loop: a child
+    // that has ended may have sent its last ones just before.
+    void receivePending();
+
 private:
     void receiveMessage();
 
