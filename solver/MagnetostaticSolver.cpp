@@ -6,6 +6,45 @@
 
 namespace solver {
 
+namespace {
+
+using Matrix = Eigen::SparseMatrix<double>;
+
+// Solves with Jacobians of one sparsity pattern: the fill-reducing ordering is found
+// once. The Jacobian is symmetric and positive definite for a monotone B-H curve; a
+// matrix that is not (a floating potential) is left to the general solver.
+class JacobianSolver
+{
+public:
+    // Empty on failure.
+    Eigen::VectorXd solve(const Matrix &jacobian, const Eigen::VectorXd &rightSide)
+    {
+        if (!m_analysed) {
+            m_cholesky.analyzePattern(jacobian);
+            m_analysed = true;
+        }
+        m_cholesky.factorize(jacobian);
+        if (m_cholesky.info() == Eigen::Success) {
+            Eigen::VectorXd solution = m_cholesky.solve(rightSide);
+            if (m_cholesky.info() == Eigen::Success && solution.allFinite())
+                return solution;
+        }
+        Eigen::SparseLU<Matrix> lu(jacobian);
+        if (lu.info() != Eigen::Success)
+            return {};
+        Eigen::VectorXd solution = lu.solve(rightSide);
+        if (lu.info() != Eigen::Success || !solution.allFinite())
+            return {};
+        return solution;
+    }
+
+private:
+    Eigen::SimplicialLDLT<Matrix> m_cholesky;
+    bool m_analysed = false;
+};
+
+} // namespace
+
 MagnetostaticSolver::MagnetostaticSolver(const Problem &problem, SolverSettings settings)
     : m_problem(problem)
     , m_settings(settings)
@@ -73,30 +112,10 @@ Eigen::VectorXd MagnetostaticSolver::assemble(const Eigen::VectorXd &unknowns, M
     return residual;
 }
 
-Eigen::VectorXd MagnetostaticSolver::newtonStep(const Matrix &jacobian, const Eigen::VectorXd &residual)
-{
-    // The Jacobian is symmetric and positive definite for a monotone B-H curve; a
-    // matrix that is not (a floating potential) is left to the general solver.
-    Eigen::SimplicialLDLT<Matrix> cholesky(jacobian);
-    if (cholesky.info() == Eigen::Success) {
-        Eigen::VectorXd step = cholesky.solve(-residual);
-        if (cholesky.info() == Eigen::Success && step.allFinite())
-            return step;
-    }
-    Eigen::SparseLU<Matrix> lu;
-    lu.analyzePattern(jacobian);
-    lu.factorize(jacobian);
-    if (lu.info() != Eigen::Success)
-        return {};
-    Eigen::VectorXd step = lu.solve(-residual);
-    if (lu.info() != Eigen::Success || !step.allFinite())
-        return {};
-    return step;
-}
-
 Solution MagnetostaticSolver::solve() const
 {
     Solution solution;
+    JacobianSolver linearSolver;
     Eigen::VectorXd unknowns = Eigen::VectorXd::Zero(m_dofs.dofCount());
     Matrix jacobian;
     Eigen::VectorXd residual = assemble(unknowns, &jacobian);
@@ -104,24 +123,24 @@ Solution MagnetostaticSolver::solve() const
     double norm = reference;
     solution.converged = reference == 0.0;
     while (!solution.converged && solution.iterations < m_settings.maxIterations) {
-        const Eigen::VectorXd step = newtonStep(jacobian, residual);
+        const Eigen::VectorXd step = linearSolver.solve(jacobian, -residual);
         if (step.size() != unknowns.size()) {
             qWarning().noquote() << "Solver: the system matrix is singular; is any potential fixed?";
             break;
         }
         ++solution.iterations;
-        // Damped line search: halve the step until the residual falls.
+        // Damped line search: halve the step until the residual falls; the Jacobian of
+        // the point taken comes with its residual.
         double damping = 1.0;
         Eigen::VectorXd trial = unknowns + step;
-        Eigen::VectorXd trialResidual = assemble(trial, nullptr);
-        for (int halving = 0; m_nonlinear && halving < 10 && trialResidual.norm() >= norm; ++halving) {
+        residual = assemble(trial, &jacobian);
+        for (int halving = 0; m_nonlinear && halving < 10 && residual.norm() >= norm; ++halving) {
             damping /= 2.0;
             trial = unknowns + damping * step;
-            trialResidual = assemble(trial, nullptr);
+            residual = assemble(trial, &jacobian);
         }
         unknowns = trial;
         const double relativeStep = damping * step.norm() / std::max(unknowns.norm(), 1e-300);
-        residual = assemble(unknowns, &jacobian);
         norm = residual.norm();
         solution.residual = norm / reference;
         // A full step at round-off size is as far as a tolerance below it can get.

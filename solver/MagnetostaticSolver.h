@@ -44,8 +44,6 @@ private:
 
     // The residual K(a) a - f of the unknowns and, when asked, its Jacobian.
     Eigen::VectorXd assemble(const Eigen::VectorXd &unknowns, Matrix *jacobian) const;
-    // The Newton step: minus the Jacobian's inverse times the residual; empty on failure.
-    static Eigen::VectorXd newtonStep(const Matrix &jacobian, const Eigen::VectorXd &residual);
 
     const Problem &m_problem;
     SolverSettings m_settings;

@@ -4,6 +4,7 @@
 #include "solver/TriangleMesh.h"
 
 #include <Eigen/Core>
+#include <QStringList>
 #include <vector>
 
 namespace solver {
@@ -49,5 +50,10 @@ struct Problem
     std::vector<FixedPotential> fixed;
     std::vector<NodePair> pairs;
 };
+
+// What makes a problem unfit for the solver, which reads it without checks: numbers of
+// nodes, regions and curves out of range, a remanence list of the wrong length, a
+// degenerate triangle. Empty for a fit problem.
+QStringList problemErrors(const Problem &problem);
 
 } // namespace solver

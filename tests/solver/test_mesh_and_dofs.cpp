@@ -65,3 +65,24 @@ TEST(DofMap, ChainsOfSeamsFixedNodesAndLoopsShareUnknowns)
     EXPECT_EQ(loop.dofCount(), 3);
     EXPECT_EQ(loop.dof(2), loop.dof(3));
 }
+
+TEST(ProblemErrors, NamesWhatTheSolverCannotRead)
+{
+    solver::Problem problem;
+    problem.mesh.nodes = {{0, 0}, {1, 0}, {0, 1}, {2, 0}};
+    problem.mesh.triangles = {{{0, 1, 2}, 0}};
+    problem.regions = {solver::Region{}};
+    EXPECT_TRUE(solver::problemErrors(problem).isEmpty());
+
+    problem.mesh.triangles = {{{0, 1, 7}, 0}, {{0, 1, 3}, 0}, {{0, 1, 2}, 2}};
+    problem.regions = {solver::Region{0.0, 1.0, 1}, solver::Region{0.0, 0.0, -1}};
+    problem.remanence = {Eigen::Vector2d::Zero()};
+    problem.fixed = {{9, 0.0}};
+    problem.pairs = {{1, -1, 1.0}};
+    const QStringList errors = solver::problemErrors(problem);
+    EXPECT_EQ(errors.size(), 8) << errors.join("\n").toStdString();
+    for (const char *text : {"Triangle 0 names a node", "Triangle 1 has no area", "Triangle 2 has no region 2",
+                             "Region 0 has no curve 1", "Region 1 has a relative permeability of 0",
+                             "1 remanence vectors for 3 triangles", "Fixed node 9", "Seam pair 1, -1"})
+        EXPECT_TRUE(errors.join("\n").contains(text)) << text;
+}
