@@ -112,6 +112,21 @@ Eigen::VectorXd MagnetostaticSolver::assemble(const Eigen::VectorXd &unknowns, M
     return residual;
 }
 
+double MagnetostaticSolver::functional(const Eigen::VectorXd &unknowns) const
+{
+    double sum = 0.0;
+    for (std::size_t e = 0; e < m_shapes.size(); ++e) {
+        const Triangle &triangle = m_problem.mesh.triangles[e];
+        Eigen::Vector3d a;
+        for (int i = 0; i < 3; ++i)
+            a(i) = m_dofs.potential(triangle.nodes[i], unknowns);
+        const double current = m_problem.regions[static_cast<std::size_t>(triangle.region)].currentDensity;
+        sum += m_shapes[e].area()
+               * (m_law.energyDensity(static_cast<int>(e), m_shapes[e].curl(a)) - current * a.sum() / 3.0);
+    }
+    return sum;
+}
+
 Solution MagnetostaticSolver::solve() const
 {
     Solution solution;
@@ -120,7 +135,6 @@ Solution MagnetostaticSolver::solve() const
     Matrix jacobian;
     Eigen::VectorXd residual = assemble(unknowns, &jacobian);
     const double reference = residual.norm();
-    double norm = reference;
     solution.converged = reference == 0.0;
     while (!solution.converged && solution.iterations < m_settings.maxIterations) {
         const Eigen::VectorXd step = linearSolver.solve(jacobian, -residual);
@@ -129,19 +143,24 @@ Solution MagnetostaticSolver::solve() const
             break;
         }
         ++solution.iterations;
-        // Damped line search: halve the step until the residual falls; the Jacobian of
-        // the point taken comes with its residual.
+        // Damped line search on the functional (Armijo): the residual alone is a poor
+        // judge where air and saturated iron differ in reluctivity by thousands. Near
+        // the solution the functional changes below its round-off; a slack lets the
+        // full step through there.
+        const double start = functional(unknowns);
+        const double slope = residual.dot(step);
+        const double slack = 1e-13 * std::abs(start);
         double damping = 1.0;
         Eigen::VectorXd trial = unknowns + step;
-        residual = assemble(trial, &jacobian);
-        for (int halving = 0; m_nonlinear && halving < 10 && residual.norm() >= norm; ++halving) {
+        for (int halving = 0; m_nonlinear && halving < 20 && functional(trial) > start + 1e-4 * damping * slope + slack;
+             ++halving) {
             damping /= 2.0;
             trial = unknowns + damping * step;
-            residual = assemble(trial, &jacobian);
         }
         unknowns = trial;
         const double relativeStep = damping * step.norm() / std::max(unknowns.norm(), 1e-300);
-        norm = residual.norm();
+        residual = assemble(unknowns, &jacobian);
+        const double norm = residual.norm();
         solution.residual = norm / reference;
         // A full step at round-off size is as far as a tolerance below it can get.
         solution.converged = !m_nonlinear || solution.residual <= m_settings.tolerance

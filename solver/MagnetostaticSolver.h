@@ -44,6 +44,9 @@ private:
 
     // The residual K(a) a - f of the unknowns and, when asked, its Jacobian.
     Eigen::VectorXd assemble(const Eigen::VectorXd &unknowns, Matrix *jacobian) const;
+    // The convex functional whose gradient the residual is: the field energy less the
+    // work of the currents.
+    double functional(const Eigen::VectorXd &unknowns) const;
 
     const Problem &m_problem;
     SolverSettings m_settings;

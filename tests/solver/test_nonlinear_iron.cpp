@@ -133,3 +133,31 @@ TEST(NonlinearIron, TooFewIterationsAreReported)
     EXPECT_EQ(solution.iterations, 1);
     EXPECT_GT(solution.residual, 1e-12);
 }
+
+TEST(NonlinearIron, ACoilDrivesTheIronBetweenItsSidesDeepIntoSaturation)
+{
+    // Two conductor layers of a strip of period p carry N I and -N I: between them
+    // H = N I / p whatever the material, so the iron there takes B from the curve. From
+    // a zero field the first steps overshoot and the line search has to hold them.
+    constexpr double period = 0.01;
+    const IronData data;
+    const double beyond = data.h.back() * 2.0;
+    for (const auto &[h, b] : {std::pair{data.h[12], data.b[12]},
+                              std::pair{beyond, data.b.back() + mu0 * (beyond - data.h.back())}}) {
+        const GridMesh grid(GridMesh::lines({0.0, period}, {4}), GridMesh::lines({0.0, 0.002, 0.006, 0.008}, {4, 4, 4}));
+        Problem problem;
+        problem.mesh = grid.mesh([](const Eigen::Vector2d &p) { return p.y() < 0.002 ? 0 : (p.y() < 0.006 ? 1 : 2); });
+        const double density = h * period / (0.002 * period);
+        problem.regions = {Region{density, 1.0, -1}, Region{0.0, 1000.0, 0}, Region{-density, 1.0, -1}};
+        problem.curves = {data.curve()};
+        problem.pairs = grid.seam(1.0);
+        fix(problem, grid.rowNodes(0), [](const Eigen::Vector2d &) { return 0.0; });
+
+        const Solution solution = MagnetostaticSolver(problem, tight()).solve();
+        EXPECT_TRUE(solution.converged);
+        EXPECT_LE(solution.iterations, 15);
+        const FieldSolution fields(problem, solution.potential, false);
+        EXPECT_LT(deviation(fields, 1, true, 0, -h), 1e-10);
+        EXPECT_LT(deviation(fields, 1, false, 0, -b), 1e-10);
+    }
+}
