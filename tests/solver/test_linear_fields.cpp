@@ -84,20 +84,6 @@ TEST(LinearFields, UniformFieldInARectangleIsExact)
     EXPECT_NEAR(fields.coenergy() / (density * 0.03 * 0.02), 1.0, roundOff);
 }
 
-TEST(LinearFields, UniformFieldAlongAPeriodicStrip)
-{
-    // Left and right edges are one seam; A is held only on the top and bottom.
-    const GridMesh grid(GridMesh::lines({0.0, 0.04}, {8}), GridMesh::lines({0.0, 0.01}, {4}));
-    Problem problem;
-    problem.mesh = grid.mesh([](const Eigen::Vector2d &) { return 0; });
-    problem.regions = {Region{}};
-    problem.pairs = grid.seam(1.0);
-    fix(problem, grid.rowNodes(0), [](const Eigen::Vector2d &) { return 0.0; });
-    fix(problem, grid.rowNodes(grid.rows() - 1), [](const Eigen::Vector2d &) { return 0.012; });
-
-    EXPECT_LT(deviation(solvedLinear(problem), 0, {1.2, 0.0}), roundOff);
-}
-
 TEST(LinearFields, IronSlabAcrossTheFieldKeepsBAndDividesH)
 {
     // Flux crosses a slab of mu_r 500: B is the same on both sides, H jumps by mu_r.
