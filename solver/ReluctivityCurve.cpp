@@ -42,12 +42,13 @@ std::vector<double> monotoneSlopes(const std::vector<double> &x, const std::vect
 
 } // namespace
 
-std::optional<ReluctivityCurve> ReluctivityCurve::fromBH(const std::vector<double> &h, const std::vector<double> &b)
+std::optional<ReluctivityCurve> ReluctivityCurve::fromBH(const std::vector<double> &h, const std::vector<double> &b,
+                                                         double stacking)
 {
     std::vector<std::pair<double, double>> points;
     for (std::size_t i = 0; i < std::min(h.size(), b.size()); ++i) {
         if (b[i] > 0.0 && h[i] > 0.0)
-            points.emplace_back(b[i], h[i]);
+            points.emplace_back(stacking * b[i] + (1.0 - stacking) * mu0 * h[i], h[i]);
     }
     std::sort(points.begin(), points.end());
     std::vector<double> curveB{0.0};

@@ -17,8 +17,10 @@ class ReluctivityCurve
 public:
     // The columns of a B-H table in A/m and T. Points are sorted by B; the origin is
     // added; a point that does not raise both H and B is left out. Nothing is made of
-    // fewer than one point above the origin.
-    static std::optional<ReluctivityCurve> fromBH(const std::vector<double> &h, const std::vector<double> &b);
+    // fewer than one point above the origin. A stacking factor below 1 makes the curve
+    // of a laminated core: the steel's share of the section carries B(H), the rest mu0 H.
+    static std::optional<ReluctivityCurve> fromBH(const std::vector<double> &h, const std::vector<double> &b,
+                                                  double stacking = 1.0);
 
     double fieldStrength(double b) const;
     // d H / d B.

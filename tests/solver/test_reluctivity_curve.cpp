@@ -53,6 +53,20 @@ TEST(ReluctivityCurve, StraightDataGiveAConstantReluctivityAndItsEnergy)
     EXPECT_DOUBLE_EQ(curve.reluctivity(0.0), k);
 }
 
+TEST(ReluctivityCurve, ALaminatedCoreMixesSteelAndAirByTheStackingFactor)
+{
+    // Steel of H = k B filling 95 % of the section: B = (0.95 / k + 0.05 mu0) H.
+    constexpr double k = 400.0;
+    constexpr double stacking = 0.95;
+    const ReluctivityCurve curve = *ReluctivityCurve::fromBH({0.2 * k, 0.5 * k, 1.0 * k}, {0.2, 0.5, 1.0}, stacking);
+    const double nu = 1.0 / (stacking / k + (1.0 - stacking) * mu0);
+    for (const double b : {0.1, 0.5, 0.9})
+        EXPECT_NEAR(curve.reluctivity(b * b) / nu, 1.0, 1e-12);
+    // Past the table both parts rise at the slope of free space.
+    const double last = stacking * 1.0 + (1.0 - stacking) * mu0 * k;
+    EXPECT_NEAR(curve.fieldStrength(last + 0.2) / (k + 0.2 / mu0), 1.0, 1e-12);
+}
+
 TEST(ReluctivityCurve, DerivativesAndEnergyAgreeWithTheFieldStrength)
 {
     // dW/dB = H and d nu / d(B^2) by central differences, across the knee and beyond.
