@@ -2,7 +2,6 @@
 
 #include <QDebug>
 #include <cmath>
-#include <complex>
 #include <numeric>
 
 namespace Winding {
@@ -15,8 +14,8 @@ std::complex<double> sidePhasor(int slot, double step)
     return std::polar(1.0, (slot + 1) * step);
 }
 
-// A planar coil adds its first side and takes its second; a toroidal coil has one
-// side in the slot, whose sense is the coil's orientation.
+} // namespace
+
 std::complex<double> coilPhasor(const Coil &coil, Type type, double step)
 {
     if (type == Planar)
@@ -32,8 +31,6 @@ std::complex<double> coilPhasor(const Coil &coil, Type type, double step)
     qWarning() << "coil orientation is zero";
     return {};
 }
-
-} // namespace
 
 double windingFactor(const LayoutSettings &settings, const CoilList &phaseA, int harmonic)
 {
