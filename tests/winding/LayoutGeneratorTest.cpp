@@ -4,6 +4,7 @@
 
 #include "winding/CoilHelpers.h"
 #include "winding/LayoutGenerator.h"
+#include "winding/LayoutSettingsOf.h"
 #include "winding/WindingFactor.h"
 
 using Winding::Coil;
@@ -13,17 +14,6 @@ using Winding::LayoutGenerator;
 using Winding::LayoutSettings;
 
 namespace {
-
-LayoutSettings settings(int numberSlots, int polePairs, int layers = 1,
-                        Winding::LayersOrientation orientation = Winding::UpperLower)
-{
-    LayoutSettings result;
-    result.numberSlots = numberSlots;
-    result.polePairs = polePairs;
-    result.numberLayers = layers;
-    result.layersOrientation = orientation;
-    return result;
-}
 
 LayoutSettings withSpan(LayoutSettings result, int span)
 {

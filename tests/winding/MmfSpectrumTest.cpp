@@ -5,6 +5,7 @@
 #include "support/LogCatcher.h"
 #include "winding/CoilHelpers.h"
 #include "winding/LayoutGenerator.h"
+#include "winding/LayoutSettingsOf.h"
 #include "winding/MmfSpectrum.h"
 #include "winding/WindingFactor.h"
 
@@ -15,17 +16,6 @@ using Winding::MmfHarmonic;
 using Winding::MmfSpectrum;
 
 namespace {
-
-LayoutSettings settings(int numberSlots, int polePairs, int layers = 1,
-                        Winding::LayersOrientation orientation = Winding::UpperLower)
-{
-    LayoutSettings result;
-    result.numberSlots = numberSlots;
-    result.polePairs = polePairs;
-    result.numberLayers = layers;
-    result.layersOrientation = orientation;
-    return result;
-}
 
 Layout generate(const LayoutSettings &given)
 {
