@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QElapsedTimer>
+
 #include "meshing/GeometryGenerator.h"
+#include "meshing/MeshBody.h"
 #include "base/Numeric.h"
 
 namespace {
@@ -104,6 +107,21 @@ CDT replicated(const CDT &cell, double cellWidth, double periodWidth)
     for (int i = 0; i < count; ++i)
         period.merge(cell.translated(i * cellWidth));
     return period;
+}
+
+Refinement refineCell(CDT &cdt, double sizeBound, const QString &errorText, const MeshStepError &onError)
+{
+    Refinement result;
+    QElapsedTimer timer;
+    timer.start();
+    const MeshStepError withSteps = [&](const QString &text, const CGAL::Failure_exception *failure) {
+        onError(text.arg(result.steps), failure);
+    };
+    result.refined = runMeshStep(errorText, withSteps, [&] {
+        result.steps = cdt.refine(cellRefinement::aspectBound, sizeBound, cellRefinement::stepLimit);
+    });
+    result.milliseconds = timer.elapsed();
+    return result;
 }
 
 } // namespace cdt

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "meshing/CDT.h"
+#include "meshing/MeshStep.h"
 #include "meshing/Shape2D.h"
 
 // What the meshers do to a triangulation between building it and handing it
@@ -29,6 +30,15 @@ using OrdinateRange = std::function<bool(double low, double y, double high)>;
 // Removes the vertices whose ordinate is in the range; those with a constraint stay.
 void removeVerticesOrdinateRange(CDT &cdt, double low, double high, const OrdinateRange &inRange);
 void removeVerticesOrdinateRange(CDT &cdt, double low, double high, bool lowInclusive, bool highInclusive);
+
+struct Refinement {
+    bool refined = false;
+    int steps = 0;
+    qint64 milliseconds = 0;
+};
+// Refines a cell to the size bound with the cells' aspect bound and step limit. A
+// failure is reported with the text, whose last placeholder takes the steps made.
+Refinement refineCell(CDT &cdt, double sizeBound, const QString &errorText, const MeshStepError &onError);
 
 // The cell copied side by side until it fills the period: round(periodWidth /
 // cellWidth) copies, at least one, moved by cellWidth each, merged into one.

@@ -1,7 +1,6 @@
 #include "meshing/RadialMesher.h"
 
 #include <QDebug>
-#include <QElapsedTimer>
 #include <QThread>
 #include <vector>
 
@@ -106,21 +105,15 @@ CDT RadialMesher::createMeshRadial(const MeshBody &body) const
     });
     qDebug() << "createMeshRadial(), mesh.number_of_vertices:" << cdt.numberOfVertices();
 
-    int steps = 0;
-    QElapsedTimer timer;
-    timer.start();
-    // The report names the steps made when the mesher gave up.
-    const MeshStepError refineError = [&](const QString &text, const CGAL::Failure_exception *failure) {
-        m_onError(text.arg(steps), failure);
-    };
-    const bool refined = runMeshStep(
-        QStringLiteral("Critical error while refining radial mesh of %1 / step %2").arg(body.name), refineError,
-        [&] { steps = cdt.refine(cellRefinement::aspectBound, m_settings.sizeBound, cellRefinement::stepLimit); });
-    if (refined)
+    const cdt::Refinement refinement = cdt::refineCell(
+        cdt, m_settings.sizeBound,
+        QStringLiteral("Critical error while refining radial mesh of %1 / step %2").arg(body.name), m_onError);
+    if (refinement.refined)
         qInfo().noquote() << QStringLiteral("Mesher refined %1 radial mesh at %2 ms / %3 step(s)")
-                                 .arg(body.name).arg(timer.elapsed()).arg(steps);
-    if (steps >= cellRefinement::stepLimit)
-        qWarning() << "Skip Lloyd optimization radial mesh because refine step" << steps << "great 50000 steps";
+                                 .arg(body.name).arg(refinement.milliseconds).arg(refinement.steps);
+    if (refinement.steps >= cellRefinement::stepLimit)
+        qWarning() << "Skip Lloyd optimization radial mesh because refine step" << refinement.steps
+                   << "great 50000 steps";
 
     cdt::setVertexTypes(cdt, CDT::VertexBase);
     // The starting rows have set the size at the faces; the rows of the whole width replace them.

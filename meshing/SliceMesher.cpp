@@ -1,7 +1,6 @@
 #include "meshing/SliceMesher.h"
 
 #include <QDebug>
-#include <QElapsedTimer>
 #include <QThread>
 #include <QtMath>
 #include <algorithm>
@@ -111,19 +110,12 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
     });
     qDebug() << "createMesh(), mesh.number_of_vertices:" << cdt.numberOfVertices();
 
-    int steps = 0;
-    QElapsedTimer timer;
-    timer.start();
-    // The report names the steps made when the mesher gave up.
-    const MeshStepError refineError = [&](const QString &text, const CGAL::Failure_exception *failure) {
-        m_onError(text.arg(steps), failure);
-    };
-    const bool refined = runMeshStep(
-        QStringLiteral("Critical error while refining mesh of %1 slice %2 (%3)").arg(body.name, slice), refineError,
-        [&] { steps = cdt.refine(cellRefinement::aspectBound, m_settings.sizeBound, cellRefinement::stepLimit); });
-    if (refined)
+    const cdt::Refinement refinement = cdt::refineCell(
+        cdt, m_settings.sizeBound,
+        QStringLiteral("Critical error while refining mesh of %1 slice %2 (%3)").arg(body.name, slice), m_onError);
+    if (refinement.refined)
         qInfo().noquote() << QStringLiteral("%1 mesh item refined in %2 ms / %3 step(s)")
-                                 .arg(body.name).arg(timer.elapsed()).arg(steps);
+                                 .arg(body.name).arg(refinement.milliseconds).arg(refinement.steps);
 
     cdt::removeConstraintsAbscissas(cdt, {0.0, halfPitch});
     cdt::setVertexTypes(cdt, CDT::VertexBase);

@@ -3,26 +3,12 @@
 #include "scripting/QtPrinters.h"
 #include "winding/CoilHelpers.h"
 #include "winding/LayoutGenerator.h"
+#include "winding/LayoutSettingsOf.h"
 #include "winding/LayoutSignature.h"
 #include "winding/LayoutText.h"
 
 using Winding::Coil;
 using Winding::Layout;
-
-namespace {
-
-Winding::LayoutSettings settings(int numberSlots, int polePairs, int layers,
-                                 Winding::LayersOrientation orientation = Winding::UpperLower)
-{
-    Winding::LayoutSettings result;
-    result.numberSlots = numberSlots;
-    result.polePairs = polePairs;
-    result.numberLayers = layers;
-    result.layersOrientation = orientation;
-    return result;
-}
-
-} // namespace
 
 TEST(LayoutText, ColumnsAreAsWideAsTheirHeadersAndCountFromOne)
 {
