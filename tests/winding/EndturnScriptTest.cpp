@@ -85,7 +85,9 @@ protected:
                + QString::fromLatin1(archedBody).arg(outerPath) + QStringLiteral("}");
     }
 
-    const QString name = QStringLiteral("TestEndturns.js");
+    // One file a test: the test programs run side by side.
+    const QString name =
+        QStringLiteral("Test%1.js").arg(QLatin1String(::testing::UnitTest::GetInstance()->current_test_info()->name()));
     const QString path = ScriptDescribeList::endturns().folder() + QLatin1Char('/') + name;
     Document doc{nullptr};
     WindingObject *winding = doc.winding();
