@@ -85,9 +85,8 @@ protected:
                + QString::fromLatin1(archedBody).arg(outerPath) + QStringLiteral("}");
     }
 
-    // One file a test: the test programs run side by side.
-    const QString name =
-        QStringLiteral("Test%1.js").arg(QLatin1String(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+    // Named after the process: tests run side by side.
+    const QString name = QStringLiteral("TestEndturns-%1.js").arg(QCoreApplication::applicationPid());
     const QString path = ScriptDescribeList::endturns().folder() + QLatin1Char('/') + name;
     Document doc{nullptr};
     WindingObject *winding = doc.winding();
