@@ -5,6 +5,7 @@
 #include <QDebug>
 
 #include "analysis/DriveSettings.h"
+#include "analysis/MAT_Converter.h"
 #include "analysis/MagnetostaticRun.h"
 #include "base/Assign.h"
 #include "base/ScriptConsole.h"
@@ -182,6 +183,16 @@ void MagnetostaticAnalysis::setDataSimulation(const QVariantMap &data)
         return;
     m_dataSimulation = data;
     emit resultsChanged();
+}
+
+QVariantMap MagnetostaticAnalysis::solverOutput(const QString &name) const
+{
+    const QByteArray bytes =
+        m_dataSimulation.value(QStringLiteral("Magnetostatic")).toMap().value(name).toByteArray();
+    if (bytes.isEmpty())
+        return {};
+    const MatVarPointer variable = MAT_Converter::fromByteArray(bytes, name);
+    return variable ? MAT_Converter::toVariant(variable.data()).toMap() : QVariantMap();
 }
 
 void MagnetostaticAnalysis::run()

@@ -110,6 +110,9 @@ public:
     // What the solver returned: one-variable MAT files as bytes, by variable name.
     QVariantMap dataSimulation() const { return m_dataSimulation; }
     void setDataSimulation(const QVariantMap &data);
+    // The solver's answer of the last run, by the name it gave ("Results",
+    // "Timesteppingdata"), as Qt values; empty without results or when they can't be read.
+    QVariantMap solverOutput(const QString &name) const;
 
     // The analysis's block of a document file: the settings and the results. load
     // returns false, having changed nothing, for a version newer than this program.

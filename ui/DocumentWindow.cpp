@@ -35,6 +35,8 @@
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/MagnetostaticEditor.h"
+#include "ui/MagnetostaticPageViewer.h"
 #include "ui/MotorGeometryEditor.h"
 #include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryScene.h"
@@ -141,6 +143,8 @@ void DocumentWindow::createForm()
         addEditorPage("editorMagnetostaticFEA", tr("Magnetostatic Analysis"), QStringLiteral(":/MatLab.png"),
                       Document::AnalysisMagnetostatic);
         m_toolBoxEditors->setItemToolTip(m_pageModes.size() - 1, tr("Finite Element Analysis Magnetostatic"));
+        QWidget *analysisPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
+        analysisPage->layout()->addWidget(new MagnetostaticEditor(m_document, analysisPage));
     }
     connect(m_toolBoxEditors, &QToolBox::currentChanged, this, &DocumentWindow::toolBoxPageChanged);
 
@@ -312,6 +316,11 @@ void DocumentWindow::createViewers()
     auto *blank = new QLabel(m_viewers);
     blank->setAlignment(Qt::AlignCenter);
     m_viewers->addWidget(blank);
+    if (isAnalysisShown()) {
+        auto *analysis = new MagnetostaticPageViewer(m_document, m_viewers);
+        m_viewers->addWidget(analysis);
+        m_pageOfMode.insert(Document::AnalysisMagnetostatic, analysis);
+    }
     if (!occ::View::isAvailable()) {
         blank->setText(tr("The 3D view needs an X display."));
         return;
@@ -321,6 +330,7 @@ void DocumentWindow::createViewers()
         viewer->setObjectName(QLatin1String(name));
         m_viewers->addWidget(viewer);
         m_viewerOfMode.insert(mode, viewer);
+        m_pageOfMode.insert(mode, viewer);
         connect(viewer, &occ::View::zoomAutoFitChanged, this, &DocumentWindow::aboutToUpdateUI);
     };
     addViewer(new MotorGeometryScene(m_document), "viewerMotor", Document::GeometryMotor);
@@ -330,8 +340,8 @@ void DocumentWindow::createViewers()
 
 void DocumentWindow::showViewerOf(Document::Mode mode)
 {
-    QWidget *viewer = m_viewerOfMode.value(mode);
-    m_viewers->setCurrentWidget(viewer ? viewer : m_viewers->widget(0));
+    QWidget *page = m_pageOfMode.value(mode);
+    m_viewers->setCurrentWidget(page ? page : m_viewers->widget(0));
 }
 
 GeometryViewer *DocumentWindow::viewer(Document::Mode mode) const
@@ -450,6 +460,12 @@ void DocumentWindow::documentWasModified()
 bool DocumentWindow::save()
 {
     return m_newFile ? saveAs() : saveToPath(m_document->filePath());
+}
+
+void DocumentWindow::runAnalysis()
+{
+    if (save())
+        m_document->analysis()->run();
 }
 
 bool DocumentWindow::saveToPath(const QString &path)

@@ -45,6 +45,9 @@ public:
     void copyProperties(Element element) const;
     void pasteProperties(Element element);
 
+    // Saves first, as a new file where it is one, and runs the analysis on a saved design.
+    void runAnalysis();
+
     // The 3D view of a geometry mode; none for other modes or without a display.
     GeometryViewer *viewer(Document::Mode mode) const;
 
@@ -106,5 +109,7 @@ private:
     QComboBox *m_comboBoxConsole = nullptr;
     QPushButton *m_buttonLogs = nullptr;
     QHash<Document::Mode, GeometryViewer *> m_viewerOfMode;
+    // The page of each mode that has one, the 3D views included.
+    QHash<Document::Mode, QWidget *> m_pageOfMode;
     QList<Document::Mode> m_pageModes;
 };

@@ -45,4 +45,11 @@ QString getSaveFileName(QWidget *parent, const QString &caption, const QString &
     return QFileDialog::getSaveFileName(parent, caption, proposal, filter);
 }
 
+QString getExistingDirectory(QWidget *parent, const QString &caption, const QString &folder)
+{
+    if (MessageBox::isHeadless())
+        return headlessAnswer(caption, folder);
+    return QFileDialog::getExistingDirectory(parent, caption, folder);
+}
+
 } // namespace FileDialog

@@ -11,6 +11,7 @@ namespace FileDialog {
 
 QStringList getOpenFileNames(QWidget *parent, const QString &caption, const QString &folder, const QString &filter);
 QString getSaveFileName(QWidget *parent, const QString &caption, const QString &proposal, const QString &filter);
+QString getExistingDirectory(QWidget *parent, const QString &caption, const QString &folder);
 
 // The answers of the next headless dialogs, in order; an empty answer cancels.
 void answerNextDialogs(const QStringList &answers);

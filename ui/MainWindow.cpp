@@ -205,6 +205,8 @@ void MainWindow::createActions()
                                                 tr("Paste winding properties from clipboard"), {}, pasteIcon);
     m_actionPasteMeshProperties = makeAction("actionPasteMeshProperties", tr("Paste properties"),
                                              tr("Paste mesh properties from clipboard"), {}, pasteIcon);
+    m_actionRunAnalysis = makeAction("actionRunAnalysis", tr("Run analysis"), tr("Run analysis"), {},
+                                     QStringLiteral(":/play.png"), true);
     m_actionToggleDebugMode = makeAction("actionToggleDebugMode", tr("Debug mode"), {}, QStringLiteral("Alt+D"), {},
                                          true);
     // The tool bar's pair carries no key: two actions of one window on one key
@@ -250,6 +252,7 @@ void MainWindow::createActions()
     connect(m_actionPasteWindingProperties, &QAction::triggered, this, &MainWindow::actionPasteWindingProperties);
     connect(m_actionPasteMeshProperties, &QAction::triggered, this, &MainWindow::actionPasteMeshProperties);
     connect(m_actionToggleDebugMode, &QAction::triggered, this, &MainWindow::actionToggleDebugMode);
+    connect(m_actionRunAnalysis, &QAction::triggered, this, &MainWindow::actionRunAnalysis);
 }
 
 void MainWindow::createMenus()
@@ -294,6 +297,8 @@ void MainWindow::createMenus()
     m_menuWindings = addElementMenu("menuWindings", tr("Windings"), m_actionCopyWindingProperties,
                                     m_actionPasteWindingProperties);
     m_menuMesh = addElementMenu("menuMesh", tr("Mesh"), m_actionCopyMeshProperties, m_actionPasteMeshProperties);
+    menuEdit->addSeparator();
+    menuEdit->addAction(m_actionRunAnalysis);
 
     QMenu *menuView = menuBar()->addMenu(tr("View"));
     menuView->setObjectName(QStringLiteral("menuView"));
@@ -340,6 +345,7 @@ void MainWindow::createToolBar()
     toolBar->addAction(m_actionZoomOut);
     toolBar->addAction(m_actionZoomFit);
     toolBar->addSeparator();
+    toolBar->addAction(m_actionRunAnalysis);
     toolBar->addAction(m_actionHelp);
 
     auto *unlockWidget = new QWidget(toolBar);
@@ -565,6 +571,14 @@ void MainWindow::exportToMAT()
         statusBar()->showMessage(tr("File exported to MAT"), statusTimeout);
 }
 
+void MainWindow::actionRunAnalysis()
+{
+    // The check follows the run, not the click.
+    m_actionRunAnalysis->setChecked(false);
+    if (DocumentWindow *window = currentDocumentWindow())
+        window->runAnalysis();
+}
+
 void MainWindow::zoomIn()
 {
     if (DocumentWindow *window = currentDocumentWindow())
@@ -705,6 +719,7 @@ void MainWindow::actionToggleDebugMode()
     m_debugMode = !m_debugMode;
     emit debugModeChanged(m_debugMode);
     m_actionToggleDebugMode->setChecked(m_debugMode);
+    updateUI();
 }
 
 void MainWindow::setRightAwayApplyChangesGeometry(bool rightAway)
@@ -797,6 +812,10 @@ void MainWindow::updateUI()
                                    && (document->isLockedBySimulationData() || !analysis->dataSimulation().isEmpty()));
     m_unlockEditAction->setEnabled(analysis && !analysis->isRunning());
     m_spacerAction->setVisible(!m_unlockEditAction->isVisible());
+
+    m_actionRunAnalysis->setVisible(!slave && (m_debugMode || isEnvironmentUserQuorlan()));
+    m_actionRunAnalysis->setEnabled(editable && mode == Document::AnalysisMagnetostatic);
+    m_actionRunAnalysis->setChecked(busy);
 
     m_actionClose->setEnabled(document && !busy);
     m_actionCloseAll->setEnabled(document != nullptr);

@@ -88,6 +88,7 @@ private slots:
     void actionPasteWindingProperties();
     void actionPasteMeshProperties();
     void actionToggleDebugMode();
+    void actionRunAnalysis();
     void actionAbout();
     void actionHelp();
     void updateUI();
@@ -141,6 +142,7 @@ private:
     QAction *m_actionZoomIn = nullptr;
     QAction *m_actionZoomOut = nullptr;
     QAction *m_actionZoomFit = nullptr;
+    QAction *m_actionRunAnalysis = nullptr;
     QAction *m_actionCopyMeshProperties = nullptr;
     QAction *m_actionCopyWindingProperties = nullptr;
     QAction *m_actionCopyStatorProperties = nullptr;

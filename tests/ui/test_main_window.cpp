@@ -391,6 +391,27 @@ TEST_F(MainWindowTest, DebugModeIsToggledAndAnnounced)
     EXPECT_FALSE(spy.at(1).at(0).toBool());
 }
 
+TEST_F(MainWindowTest, InDebugModeTheAnalysisPageShowsItsSettingsResultsAndRunAction)
+{
+    EXPECT_FALSE(action("actionRunAnalysis")->isVisible());
+    trigger("actionToggleDebugMode");
+    EXPECT_TRUE(action("actionRunAnalysis")->isVisible());
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    auto *toolBox = opened->findChild<QToolBox *>("toolBoxEditors");
+    ASSERT_EQ(toolBox->count(), 4);
+    EXPECT_FALSE(action("actionRunAnalysis")->isEnabled());
+
+    toolBox->setCurrentIndex(3);
+    EXPECT_EQ(opened->document()->mode(), Document::AnalysisMagnetostatic);
+    EXPECT_TRUE(toolBox->widget(3)->findChild<QWidget *>("MagnetostaticEditor"));
+    auto *page = opened->findChild<QWidget *>("MagnetostaticPageViewer");
+    ASSERT_NE(page, nullptr);
+    EXPECT_TRUE(page->isVisible());
+    EXPECT_TRUE(action("actionRunAnalysis")->isEnabled());
+    EXPECT_FALSE(action("actionZoomIn")->isEnabled());
+}
+
 TEST_F(MainWindowTest, TheUndoDropDownUndoesUpToThePressedCommand)
 {
     DocumentWindow *opened = openByDialog(design);

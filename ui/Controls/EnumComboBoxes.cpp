@@ -167,3 +167,27 @@ void WindingConnectionComboBox::announceCurrentValue(int index)
 {
     emit currentValueChanged(value(index));
 }
+
+TimePlotTypeComboBox::TimePlotTypeComboBox(QWidget *parent)
+    : ValueComboBox(parent)
+{
+    QVector<Item> items;
+    for (const char *type : {"waveform", "smoothed waveform", "spectrum"})
+        items.append({QString::fromLatin1(type), tr(type)});
+    setValueItems(items);
+}
+
+QString TimePlotTypeComboBox::value(int index) const
+{
+    return itemData(index).toString();
+}
+
+void TimePlotTypeComboBox::setCurrentValue(const QString &type)
+{
+    selectValue(type);
+}
+
+void TimePlotTypeComboBox::announceCurrentValue(int index)
+{
+    emit currentValueChanged(value(index));
+}

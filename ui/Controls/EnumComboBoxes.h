@@ -135,3 +135,23 @@ signals:
 protected:
     void announceCurrentValue(int index) override;
 };
+
+// How a time plot shows its expression.
+class TimePlotTypeComboBox : public ValueComboBox
+{
+    Q_OBJECT
+    Q_PROPERTY(QString currentValue READ currentValue WRITE setCurrentValue NOTIFY currentValueChanged USER true)
+public:
+    explicit TimePlotTypeComboBox(QWidget *parent = nullptr);
+    QString currentValue() const { return value(currentIndex()); }
+    QString value(int index) const;
+
+public slots:
+    void setCurrentValue(const QString &type);
+
+signals:
+    void currentValueChanged(const QString &type);
+
+protected:
+    void announceCurrentValue(int index) override;
+};
