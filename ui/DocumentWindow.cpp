@@ -35,9 +35,11 @@
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/GlassWidget.h"
 #include "ui/MagnetostaticEditor.h"
 #include "ui/MagnetostaticPageViewer.h"
 #include "ui/MotorGeometryEditor.h"
+#include "ui/ProtectedBanner.h"
 #include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -101,6 +103,7 @@ DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
     connect(m_document->analysis(), &MagnetostaticAnalysis::dataSimulationChanged, this,
             &DocumentWindow::aboutToUpdateUI);
     connect(m_document->analysis(), &MagnetostaticAnalysis::resultsChanged, this, &DocumentWindow::aboutToUpdateUI);
+    connectAnalysisOverlay();
 
     if (mode != Document::UnknownMode)
         m_document->setMode(mode);
@@ -398,6 +401,14 @@ void DocumentWindow::documentReady()
 {
     if (m_document->isProtectedFile()) {
         m_splitterHorizontal->hide();
+        auto *banner = new ProtectedBanner(m_document->previewImage(), m_document->isSlave(), this);
+        layout()->addWidget(banner);
+        if (m_document->isSlave()) {
+            connect(banner, &QLabel::linkActivated, this, [] {
+                if (MainWindow *main = MainWindow::instance())
+                    main->close();
+            });
+        }
         return;
     }
     m_document->setPreparing(false);
@@ -460,6 +471,35 @@ void DocumentWindow::documentWasModified()
 bool DocumentWindow::save()
 {
     return m_newFile ? saveAs() : saveToPath(m_document->filePath());
+}
+
+void DocumentWindow::connectAnalysisOverlay()
+{
+    MagnetostaticAnalysis *analysis = m_document->analysis();
+    connect(analysis, &MagnetostaticAnalysis::analysisStarted, this, [this] {
+        delete m_overlay;
+        m_overlay = new GlassWidget(tr("Analysis running..."), this);
+        updateTab();
+        emit aboutToUpdateUI();
+    });
+    connect(analysis, &MagnetostaticAnalysis::analysisProgressMessage, this, [this](const QString &text) {
+        if (m_overlay)
+            m_overlay->setNote(text);
+    });
+    connect(analysis, &MagnetostaticAnalysis::analysisProgress, this, [this](const QString &text) {
+        if (m_overlay)
+            m_overlay->setStatus(text);
+    });
+    connect(analysis, &MagnetostaticAnalysis::analysisStoped, this, [this] {
+        if (m_overlay) {
+            // The fade runs events: the overlay may be replaced meanwhile.
+            QPointer<GlassWidget> overlay = m_overlay;
+            overlay->setMessage(tr("Analysis completed"), QString());
+            delete overlay;
+        }
+        updateTab();
+        emit aboutToUpdateUI();
+    });
 }
 
 void DocumentWindow::runAnalysis()

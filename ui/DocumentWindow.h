@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QPointer>
 #include <functional>
 #include <QWidget>
 
@@ -9,6 +10,7 @@
 class ConsoleContentModel;
 class ConsoleWidget;
 class GeometryViewer;
+class GlassWidget;
 class QComboBox;
 class QPushButton;
 class QSplitter;
@@ -88,6 +90,7 @@ private:
     void showLogs(bool debugMode);
     void followModeInConsole(Document::Mode mode);
     void createViewers();
+    void connectAnalysisOverlay();
     void showViewerOf(Document::Mode mode);
     void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode);
     void documentModeChanged(Document::Mode mode);
@@ -112,4 +115,6 @@ private:
     // The page of each mode that has one, the 3D views included.
     QHash<Document::Mode, QWidget *> m_pageOfMode;
     QList<Document::Mode> m_pageModes;
+    // Over the window while the analysis runs.
+    QPointer<GlassWidget> m_overlay;
 };

@@ -814,7 +814,8 @@ void MainWindow::updateUI()
     m_spacerAction->setVisible(!m_unlockEditAction->isVisible());
 
     m_actionRunAnalysis->setVisible(!slave && (m_debugMode || isEnvironmentUserQuorlan()));
-    m_actionRunAnalysis->setEnabled(editable && mode == Document::AnalysisMagnetostatic);
+    m_actionRunAnalysis->setEnabled(editable && mode == Document::AnalysisMagnetostatic
+                                    && !document->hasGeometryErrors() && !document->hasMaterialErrors());
     m_actionRunAnalysis->setChecked(busy);
 
     m_actionClose->setEnabled(document && !busy);

@@ -546,6 +546,16 @@ TEST_F(MainWindowTest, SavingUnderTheProtectedSuffixWritesAProtectedFileAndWorks
     EXPECT_EQ(readAll(folder.filePath("shared.zvap")).left(4), QByteArray("\x70\x61\x76\x7A", 4));
     EXPECT_FALSE(opened->document()->isProtectedFile()) << "the window goes on with the design";
     EXPECT_EQ(QFileInfo(opened->document()->filePath()).fileName(), "shared.zva");
+
+    // Opened again, the protected file shows its banner instead of the design.
+    DocumentWindow *shared = openByDialog(folder.filePath("shared.zvap"));
+    ASSERT_NE(shared, nullptr);
+    ASSERT_NE(shared, opened);
+    EXPECT_TRUE(shared->document()->isProtectedFile());
+    auto *banner = shared->findChild<QLabel *>("ProtectedBanner");
+    ASSERT_NE(banner, nullptr);
+    EXPECT_TRUE(banner->isVisible());
+    EXPECT_FALSE(shared->findChild<QWidget *>("splitterHorizontal")->isVisible());
 }
 
 TEST_F(MainWindowTest, ExportToJsonForcesItsSuffixAndRemembersTheFolder)

@@ -1,0 +1,205 @@
+#include "ui/GlassWidget.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QGraphicsBlurEffect>
+#include <QGraphicsOpacityEffect>
+#include <QGraphicsPixmapItem>
+#include <QGraphicsScene>
+#include <QPainter>
+#include <QParallelAnimationGroup>
+#include <QPropertyAnimation>
+#include <QVBoxLayout>
+
+#include "ui/Controls/ProgressIndicator.h"
+
+namespace {
+
+QString framed(const QString &text)
+{
+    return text.isEmpty() ? QString()
+                          : QStringLiteral("<table cellpadding='3'><tr><td align=center valign=middle>"
+                                           "<table cellpadding='3'><tr><td align=center valign=middle>"
+                                           "<font><b>%1</b></font></td></tr></table>")
+                                .arg(text);
+}
+
+QImage blurred(const QImage &image, double radius)
+{
+    QGraphicsScene scene;
+    QGraphicsPixmapItem item(QPixmap::fromImage(image));
+    auto *blur = new QGraphicsBlurEffect;
+    blur->setBlurRadius(radius);
+    item.setGraphicsEffect(blur);
+    scene.addItem(&item);
+    QImage result(image.size(), QImage::Format_ARGB32_Premultiplied);
+    result.fill(Qt::transparent);
+    QPainter painter(&result);
+    scene.render(&painter, QRectF(), QRectF(0, 0, image.width(), image.height()));
+    painter.end();
+    scene.removeItem(&item);
+    return result;
+}
+
+} // namespace
+
+GlassWidget::GlassWidget(const QString &message, QWidget *parent, bool spinning)
+    : QLabel(parent)
+    , m_status(new QLabel(this))
+    , m_spinner(new ProgressIndicator(this))
+{
+    setObjectName(QStringLiteral("GlassWidget"));
+    setAlignment(Qt::AlignCenter);
+    m_message = makeText(150);
+    m_note = makeText(150);
+    m_status->setObjectName(QStringLiteral("labelStatus"));
+    m_status->setWordWrap(false);
+    m_status->setStyleSheet(QStringLiteral("color: #606060; background: transparent;"));
+    m_spinner->setObjectName(QStringLiteral("progressIndicator"));
+    m_spinner->setColor(QColor(128, 128, 128));
+    m_spinner->setAnimationDelay(100);
+    m_spinner->setFixedSize(48, 48);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->addStretch();
+    layout->addWidget(m_message.label);
+    layout->addWidget(m_spinner, 0, Qt::AlignHCenter);
+    layout->addWidget(m_note.label);
+    layout->addStretch();
+    layout->addWidget(m_status, 0, Qt::AlignHCenter | Qt::AlignBottom);
+
+    m_message.plain = message;
+    m_message.label->setText(framed(message));
+    m_spinner->setVisible(!message.isEmpty());
+    if (spinning)
+        m_spinner->startAnimation();
+
+    move(0, 0);
+    fitToParent();
+    show();
+    setFocus();
+    parent->installEventFilter(this);
+}
+
+GlassWidget::~GlassWidget()
+{
+    if (parentWidget())
+        parentWidget()->removeEventFilter(this);
+}
+
+GlassWidget::Text GlassWidget::makeText(int pointSizeFactorPercent)
+{
+    Text text;
+    text.label = new QLabel(this);
+    text.label->setWordWrap(false);
+    text.label->setAlignment(Qt::AlignCenter);
+    text.label->setStyleSheet(QStringLiteral("color: #606060; background: transparent;"));
+    QFont font = QApplication::font();
+    font.setPointSizeF(font.pointSizeF() * pointSizeFactorPercent / 100.0);
+    text.label->setFont(font);
+    text.effect = new QGraphicsOpacityEffect(text.label);
+    text.effect->setOpacity(1.0);
+    text.label->setGraphicsEffect(text.effect);
+    return text;
+}
+
+QString GlassWidget::message() const
+{
+    return m_message.plain;
+}
+
+QString GlassWidget::note() const
+{
+    return m_note.plain;
+}
+
+QString GlassWidget::status() const
+{
+    return m_status->text();
+}
+
+void GlassWidget::setMessage(const QString &message, const QString &note)
+{
+    m_status->clear();
+    changeTexts({{&m_message, message}, {&m_note, note}});
+}
+
+void GlassWidget::setNote(const QString &note)
+{
+    changeTexts({{&m_note, note}});
+}
+
+void GlassWidget::setStatus(const QString &status)
+{
+    m_status->setText(status);
+}
+
+void GlassWidget::changeTexts(const QList<QPair<Text *, QString>> &changes)
+{
+    QList<Text *> shown;
+    for (const auto &change : changes) {
+        if (!change.first->plain.isEmpty())
+            shown.append(change.first);
+    }
+    fade(shown, 1.0, 0.0, 300);
+    QList<Text *> coming;
+    for (const auto &change : changes) {
+        change.first->plain = change.second;
+        change.first->label->setText(framed(change.second));
+        if (!change.second.isEmpty())
+            coming.append(change.first);
+    }
+    m_spinner->setVisible(!m_message.plain.isEmpty() || !m_note.plain.isEmpty());
+    fade(coming, 0.0, 1.0, 500);
+}
+
+void GlassWidget::fade(const QList<Text *> &texts, double from, double to, int milliseconds)
+{
+    if (texts.isEmpty())
+        return;
+    QParallelAnimationGroup group;
+    for (Text *text : texts) {
+        auto *animation = new QPropertyAnimation(text->effect, "opacity", &group);
+        animation->setDuration(milliseconds);
+        animation->setStartValue(from);
+        animation->setEndValue(to);
+        group.addAnimation(animation);
+    }
+    QEventLoop loop;
+    connect(&group, &QAbstractAnimation::finished, &loop, &QEventLoop::quit);
+    group.start();
+    loop.exec();
+}
+
+bool GlassWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == parentWidget() && (event->type() == QEvent::Resize || event->type() == QEvent::WindowStateChange))
+        fitToParent();
+    return QLabel::eventFilter(watched, event);
+}
+
+void GlassWidget::fitToParent()
+{
+    resize(parentWidget()->size());
+    renderBackground();
+}
+
+void GlassWidget::renderBackground()
+{
+    QWidget *parent = parentWidget();
+    if (parent->size().isEmpty())
+        return;
+    // The parent as it looks without the pane.
+    hide();
+    QImage image(parent->size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    parent->render(&image);
+    show();
+    image = blurred(image, 5.0);
+    QPainter painter(&image);
+    painter.fillRect(image.rect(), QBrush(QColor(0, 0, 0, 8), Qt::Dense4Pattern));
+    painter.fillRect(image.rect(), QColor(0, 0, 0, 16));
+    painter.end();
+    setPixmap(QPixmap::fromImage(image));
+}
