@@ -6,7 +6,7 @@
 #include "analysis/DriveSettings.h"
 #include "document/Document.h"
 #include "document/RatedData.h"
-#include "ui/AnalysisComboBoxes.h"
+#include "ui/ModelComboBoxes.h"
 #include "ui/PropertyRows.h"
 
 namespace {

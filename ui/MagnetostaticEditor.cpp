@@ -10,7 +10,7 @@
 #include "analysis/MagnetostaticAnalysis.h"
 #include "document/Document.h"
 #include "document/RatedData.h"
-#include "ui/AnalysisComboBoxes.h"
+#include "ui/ModelComboBoxes.h"
 #include "ui/Controls/NumberEdit.h"
 #include "ui/DriveSettingsWidget.h"
 #include "ui/FileDialog.h"

@@ -6,7 +6,7 @@
 #include <QSpinBox>
 #include <QToolButton>
 
-#include "ui/AnalysisComboBoxes.h"
+#include "ui/ModelComboBoxes.h"
 #include "ui/Controls/NumberEdit.h"
 
 PropertyRows::PropertyRows(QObject *target, QGridLayout *grid, Setter setter, QObject *parent)
@@ -64,12 +64,12 @@ QSpinBox *PropertyRows::addCount(const QString &label, const char *property, con
     return box;
 }
 
-void PropertyRows::addCombo(const QString &label, const char *property, AnalysisEnumComboBox *box,
+void PropertyRows::addCombo(const QString &label, const char *property, ModelValueComboBox *box,
                             const QString &unit, const QString &toolTip)
 {
     addRow(label, property, box, unit, toolTip);
     const QString name = QLatin1String(property);
-    connect(box, &AnalysisEnumComboBox::currentValueChanged, this,
+    connect(box, &ModelValueComboBox::currentValueChanged, this,
             [this, box, name] { m_setter(name, box->currentValueFor(m_target, name.toLatin1().constData())); });
 }
 
@@ -124,8 +124,8 @@ void PropertyRows::update()
             number->setValue(value.toDouble());
         else if (auto *count = qobject_cast<QSpinBox *>(editor))
             count->setValue(value.toInt());
-        else if (auto *combo = qobject_cast<AnalysisEnumComboBox *>(editor))
-            combo->setCurrentValue(value.toInt());
+        else if (auto *combo = qobject_cast<ModelValueComboBox *>(editor))
+            combo->setCurrentValue(value);
         else if (auto *check = qobject_cast<QCheckBox *>(editor))
             check->setChecked(value.toBool());
     }

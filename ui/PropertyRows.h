@@ -5,7 +5,7 @@
 #include <QVariant>
 #include <functional>
 
-class AnalysisEnumComboBox;
+class ModelValueComboBox;
 class NumberEdit;
 class QCheckBox;
 class QGridLayout;
@@ -27,7 +27,7 @@ public:
 
     NumberEdit *addNumber(const QString &label, const char *property, const QString &unit, const QString &toolTip);
     QSpinBox *addCount(const QString &label, const char *property, const QString &toolTip);
-    void addCombo(const QString &label, const char *property, AnalysisEnumComboBox *box, const QString &unit,
+    void addCombo(const QString &label, const char *property, ModelValueComboBox *box, const QString &unit,
                   const QString &toolTip);
     QCheckBox *addCheck(const QString &text, const char *property);
     // A button at the end of a row that sets its property to what value() gives.

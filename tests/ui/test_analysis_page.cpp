@@ -21,7 +21,7 @@
 #include "document/UndoStack.h"
 #include "support/ConsoleSpies.h"
 #include "support/LogCatcher.h"
-#include "ui/AnalysisComboBoxes.h"
+#include "ui/ModelComboBoxes.h"
 #include "ui/Controls/NumberEdit.h"
 #include "ui/DriveSettingsWidget.h"
 #include "ui/MagnetostaticControlWidget.h"
@@ -85,10 +85,10 @@ TEST_F(AnalysisPageTest, DriveSettingsShowTheSelectedMethodAndChangeThroughTheUn
     DriveSettings *drive = document.driveSettings();
     DriveSettingsWidget widget(drive);
     widget.show();
-    auto *method = widget.findChild<AnalysisEnumComboBox *>(QStringLiteral("methodInputCurrent"));
+    auto *method = widget.findChild<ModelValueComboBox *>(QStringLiteral("methodInputCurrent"));
     auto *peak = widget.findChild<NumberEdit *>(QStringLiteral("currentSupplyPeak"));
     auto *density = widget.findChild<NumberEdit *>(QStringLiteral("densitySupplyRMS"));
-    auto *dutyCycle = widget.findChild<AnalysisEnumComboBox *>(QStringLiteral("switchDutyCycle"));
+    auto *dutyCycle = widget.findChild<ModelValueComboBox *>(QStringLiteral("switchDutyCycle"));
     ASSERT_TRUE(method && peak && density && dutyCycle);
 
     method->setCurrentValue(DriveSettings::PeakSupplyCurrent);
@@ -133,8 +133,8 @@ TEST_F(AnalysisPageTest, TheEditorEnablesRowsByTheSettingsAndUndoesEachChange)
     MagnetostaticAnalysis *analysis = document.analysis();
     MagnetostaticEditor editor(&document);
     editor.show();
-    auto *solver = editor.findChild<AnalysisEnumComboBox *>(QStringLiteral("solverType"));
-    auto *accuracy = editor.findChild<AnalysisEnumComboBox *>(QStringLiteral("accuracy"));
+    auto *solver = editor.findChild<ModelValueComboBox *>(QStringLiteral("solverType"));
+    auto *accuracy = editor.findChild<ModelValueComboBox *>(QStringLiteral("accuracy"));
     auto *points = editor.findChild<QSpinBox *>(QStringLiteral("numberPoints"));
     auto *tolerance = editor.findChild<NumberEdit *>(QStringLiteral("converganceTolerance"));
     auto *timeTo = editor.findChild<NumberEdit *>(QStringLiteral("timeTo"));

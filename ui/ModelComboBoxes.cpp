@@ -1,0 +1,105 @@
+#include "ui/ModelComboBoxes.h"
+
+#include "analysis/DriveSettings.h"
+#include "analysis/MagnetostaticAnalysis.h"
+#include "document/Document.h"
+#include "meshing/Mesh.h"
+
+#include <QMetaProperty>
+
+ModelValueComboBox::ModelValueComboBox(QWidget *parent)
+    : ValueComboBox(parent)
+{
+}
+
+template <typename Enum>
+void ModelValueComboBox::setEnumItems(std::initializer_list<Enum> values, QString (*name)(Enum))
+{
+    QVector<Item> items;
+    for (Enum value : values)
+        items.append({int(value), name(value)});
+    setValueItems(items);
+}
+
+QVariant ModelValueComboBox::currentValueFor(const QObject *target, const char *property) const
+{
+    const QVariant value = currentValue();
+    const QMetaObject *meta = target->metaObject();
+    const QMetaProperty targetProperty = meta->property(meta->indexOfProperty(property));
+    if (!targetProperty.isEnumType())
+        return value;
+    // An enumeration is stored as its int.
+    const int number = value.toInt();
+    return QVariant(targetProperty.userType(), &number);
+}
+
+void ModelValueComboBox::setCurrentValue(const QVariant &value)
+{
+    const bool numbered = itemData(0).type() == QVariant::Int;
+    selectValue(numbered ? QVariant(value.toInt()) : value);
+}
+
+void ModelValueComboBox::announceCurrentValue(int index)
+{
+    emit currentValueChanged(itemData(index));
+}
+
+SolverTypeComboBox::SolverTypeComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    using A = MagnetostaticAnalysis;
+    setEnumItems({A::Nonlinear, A::Linear}, &A::solverTypeName);
+}
+
+AccuracyComboBox::AccuracyComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    using A = MagnetostaticAnalysis;
+    setEnumItems({A::SinglePoint, A::TwoPoint, A::FourPoint, A::EightPoint, A::DefinePoint}, &A::accuracyName);
+}
+
+TimePeriodModeComboBox::TimePeriodModeComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    using A = MagnetostaticAnalysis;
+    setEnumItems({A::OneElecticalPeriod, A::DefinePeriod}, &A::timePeriodModeName);
+}
+
+WaveformCurrentComboBox::WaveformCurrentComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    using D = DriveSettings;
+    setEnumItems({D::Sinusoidal, D::Trapezoidal}, &D::waveformCurrentName);
+}
+
+MethodInputCurrentComboBox::MethodInputCurrentComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    using D = DriveSettings;
+    setEnumItems({D::RMSSupplyCurrent, D::PeakSupplyCurrent, D::RMSSupplyDensity, D::RMSPhaseCurrent, D::DCSupplyCurrent},
+                 &D::methodInputCurrentName);
+}
+
+SwitchDutyCycleComboBox::SwitchDutyCycleComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    using D = DriveSettings;
+    setEnumItems({D::Deg120, D::Deg180}, &D::switchDutyCycleName);
+}
+
+BoundaryConditionComboBox::BoundaryConditionComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    setValueItems({{int(Document::Antiperiodic), tr("Antiperiodic")},
+                   {int(Document::Periodic), tr("Periodic")},
+                   {int(Document::None), tr("None")}});
+}
+
+AirgapMeshQualityComboBox::AirgapMeshQualityComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    QVector<Item> items;
+    for (double quality : {1.0, 1.5, 2.0})
+        items.append({quality, Mesh::airgapQualityName(quality)});
+    setValueItems(items);
+}
