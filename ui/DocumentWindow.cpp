@@ -38,6 +38,8 @@
 #include "ui/GlassWidget.h"
 #include "ui/MagnetostaticEditor.h"
 #include "ui/MagnetostaticPageViewer.h"
+#include "ui/MeshEditor.h"
+#include "ui/MeshPageViewer.h"
 #include "ui/MotorGeometryEditor.h"
 #include "ui/ProtectedBanner.h"
 #include "ui/Viewer/ElementScenes.h"
@@ -142,6 +144,10 @@ void DocumentWindow::createForm()
     geometryPage->layout()->addWidget(new MotorGeometryEditor(m_document, geometryPage));
     addEditorPage("editorWinding", tr("Winding Editor"), QStringLiteral(":/winding.png"), Document::Winding);
     addEditorPage("editorMesh", tr("Mesh Editor"), QStringLiteral(":/mesh.png"), Document::Mesh2D);
+    QWidget *meshPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
+    auto *meshEditor = new MeshEditor(m_document, meshPage);
+    meshPage->layout()->addWidget(meshEditor);
+    connect(m_meshPage->meshViewer(), &MeshViewer::countsChanged, meshEditor, &MeshEditor::showCounts);
     if (isAnalysisShown()) {
         addEditorPage("editorMagnetostaticFEA", tr("Magnetostatic Analysis"), QStringLiteral(":/MatLab.png"),
                       Document::AnalysisMagnetostatic);
@@ -319,6 +325,11 @@ void DocumentWindow::createViewers()
     auto *blank = new QLabel(m_viewers);
     blank->setAlignment(Qt::AlignCenter);
     m_viewers->addWidget(blank);
+    m_meshPage = new MeshPageViewer(m_document, m_viewers);
+    m_viewers->addWidget(m_meshPage);
+    m_pageOfMode.insert(Document::Mesh2D, m_meshPage);
+    m_pageOfMode.insert(Document::Mesh3D, m_meshPage);
+    connect(m_meshPage, &PageViewer::aboutToUpdateUI, this, &DocumentWindow::aboutToUpdateUI);
     if (isAnalysisShown()) {
         auto *analysis = new MagnetostaticPageViewer(m_document, m_viewers);
         m_viewers->addWidget(analysis);
@@ -350,6 +361,15 @@ void DocumentWindow::showViewerOf(Document::Mode mode)
 GeometryViewer *DocumentWindow::viewer(Document::Mode mode) const
 {
     return m_viewerOfMode.value(mode);
+}
+
+ZoomableView *DocumentWindow::zoomableView(Document::Mode mode) const
+{
+    if (GeometryViewer *shown = viewer(mode))
+        return shown;
+    if (auto *page = qobject_cast<PageViewer *>(m_pageOfMode.value(mode)))
+        return page->zoomableView();
+    return nullptr;
 }
 
 void DocumentWindow::addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode)
@@ -689,20 +709,20 @@ void DocumentWindow::pasteProperties(Element which)
 
 void DocumentWindow::zoomIn()
 {
-    if (GeometryViewer *shown = viewer(m_document->mode()))
+    if (ZoomableView *shown = zoomableView(m_document->mode()))
         shown->zoomIn();
 }
 
 void DocumentWindow::zoomOut()
 {
-    if (GeometryViewer *shown = viewer(m_document->mode()))
+    if (ZoomableView *shown = zoomableView(m_document->mode()))
         shown->zoomOut();
 }
 
 void DocumentWindow::setZoomAutoFit(bool on)
 {
-    if (GeometryViewer *shown = viewer(m_document->mode()))
-        shown->setZoomAutoFit(on);
+    if (ZoomableView *shown = zoomableView(m_document->mode()))
+        shown->setAutoFit(on);
 }
 
 void DocumentWindow::undo()

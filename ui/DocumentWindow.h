@@ -11,6 +11,8 @@ class ConsoleContentModel;
 class ConsoleWidget;
 class GeometryViewer;
 class GlassWidget;
+class MeshPageViewer;
+class ZoomableView;
 class QComboBox;
 class QPushButton;
 class QSplitter;
@@ -52,6 +54,8 @@ public:
 
     // The 3D view of a geometry mode; none for other modes or without a display.
     GeometryViewer *viewer(Document::Mode mode) const;
+    // What the zoom actions act on in a mode's page; none for a page without a view.
+    ZoomableView *zoomableView(Document::Mode mode) const;
 
     // The view of the page on show.
     void zoomIn();
@@ -114,6 +118,7 @@ private:
     QHash<Document::Mode, GeometryViewer *> m_viewerOfMode;
     // The page of each mode that has one, the 3D views included.
     QHash<Document::Mode, QWidget *> m_pageOfMode;
+    MeshPageViewer *m_meshPage = nullptr;
     QList<Document::Mode> m_pageModes;
     // Over the window while the analysis runs.
     QPointer<GlassWidget> m_overlay;

@@ -34,8 +34,6 @@ DriveSettingsWidget::DriveSettingsWidget(DriveSettings *drive, QWidget *parent)
                      tr("Current source waveform"));
     m_rows->addCombo(tr("Current input method:"), "methodInputCurrent", new MethodInputCurrentComboBox(this),
                      QString(), tr("Method how supply current is specified"));
-    // The rated current goes in as it is, whatever the row's unit.
-    const auto rated = [drive] { return QVariant(drive->document()->ratedData()->supplyCurrent()); };
     const struct {
         const char *property;
         QString label;
@@ -55,7 +53,10 @@ DriveSettingsWidget::DriveSettingsWidget(DriveSettings *drive, QWidget *parent)
     for (const auto &current : currents) {
         m_rows->addNumber(current.label, current.property, current.unit, QString());
         if (!current.ratedToolTip.isEmpty())
-            m_rows->addButton(current.property, tr("<-rated"), current.ratedToolTip, rated);
+            // The rated current goes in as it is, whatever the row's unit.
+            m_rows->addButton(current.property, tr("<-rated"), current.ratedToolTip, [this, current] {
+                m_rows->set(current.property, m_drive->document()->ratedData()->supplyCurrent());
+            });
     }
     m_rows->addCombo(tr("Switch duty cycle:"), "switchDutyCycle", new SwitchDutyCycleComboBox(this), tr("el.deg."),
                      QString());

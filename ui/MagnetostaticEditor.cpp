@@ -37,7 +37,7 @@ MagnetostaticEditor::MagnetostaticEditor(Document *document, QWidget *parent)
                      tr("Finite element solver type"));
     m_rows->addNumber(tr("Mechanical speed:"), "mechanicalSpeed", tr("RPM"), tr("Mechanical speed of the rotor"));
     m_rows->addButton("mechanicalSpeed", tr("<-rated"), tr("Click to setup 'Mechanical speed' to rated speed"),
-                      [this] { return QVariant(m_document->ratedData()->speed()); });
+                      [this] { m_rows->set("mechanicalSpeed", m_document->ratedData()->speed()); });
     m_rows->addNumber(tr("Advance angle:"), "advanceAngle", tr("El.deg."),
                       tr("Advance angle of current phasor relative to q-axis in the range \nbetween 0 and 360 ..."));
     m_rows->addCombo(tr("Simulation setup:"), "accuracy", new AccuracyComboBox(settings), QString(),

@@ -33,6 +33,7 @@
 #include "document/UndoStack.h"
 #include "meshing/Mesh.h"
 #include "ui/CommandStackView.h"
+#include "ui/Controls/ZoomableView.h"
 #include "ui/DocumentWindow.h"
 #include "ui/FileDialog.h"
 #include "ui/MessageBox.h"
@@ -786,11 +787,12 @@ void MainWindow::updateUI()
                                     && (mode == Document::GeometryMotor || mode == Document::Winding
                                         || mode == Document::Mesh2D || mode == Document::Mesh3D));
     m_actionExportToJSON->setEnabled(document && !protectedFile && !busy);
-    const bool zoomable = window && window->viewer(mode);
-    m_actionZoomIn->setEnabled(zoomable);
-    m_actionZoomOut->setEnabled(zoomable);
-    m_actionZoomFit->setEnabled(zoomable);
-    m_actionZoomFit->setChecked(zoomable && window->viewer(mode)->zoomAutoFit());
+    const ZoomableView *view = window ? window->zoomableView(mode) : nullptr;
+    const bool zoomable = view && view->isZoomable();
+    m_actionZoomIn->setEnabled(zoomable && view->canZoomIn());
+    m_actionZoomOut->setEnabled(zoomable && view->canZoomOut());
+    m_actionZoomFit->setEnabled(view && view->canAutoFit());
+    m_actionZoomFit->setChecked(view && view->canAutoFit() && view->isAutoFit());
 
     const bool canUndo = window && window->canUndo() && !busy;
     const bool canRedo = window && window->canRedo() && !busy;

@@ -103,3 +103,12 @@ AirgapMeshQualityComboBox::AirgapMeshQualityComboBox(QWidget *parent)
         items.append({quality, Mesh::airgapQualityName(quality)});
     setValueItems(items);
 }
+
+CountComboBox::CountComboBox(const QVector<int> &counts, QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    QVector<Item> items;
+    for (int count : counts)
+        items.append({count, QString::number(count)});
+    setValueItems(items);
+}

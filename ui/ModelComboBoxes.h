@@ -79,3 +79,10 @@ class AirgapMeshQualityComboBox : public ModelValueComboBox
 public:
     explicit AirgapMeshQualityComboBox(QWidget *parent = nullptr);
 };
+
+// A count chosen from a short list, such as the slices of the mesh.
+class CountComboBox : public ModelValueComboBox
+{
+public:
+    CountComboBox(const QVector<int> &counts, QWidget *parent = nullptr);
+};

@@ -83,7 +83,7 @@ QCheckBox *PropertyRows::addCheck(const QString &text, const char *property)
 }
 
 QToolButton *PropertyRows::addButton(const char *property, const QString &text, const QString &toolTip,
-                                     std::function<QVariant()> value)
+                                     const std::function<void()> &clicked)
 {
     const QString name = QLatin1String(property);
     QWidget *editor = m_editors.value(name);
@@ -98,7 +98,7 @@ QToolButton *PropertyRows::addButton(const char *property, const QString &text, 
     button->setToolTip(toolTip);
     m_grid->addWidget(button, row, 3);
     m_rows[name].append(button);
-    connect(button, &QToolButton::clicked, this, [this, name, value] { m_setter(name, value()); });
+    connect(button, &QToolButton::clicked, this, clicked);
     return button;
 }
 

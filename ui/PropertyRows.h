@@ -30,9 +30,11 @@ public:
     void addCombo(const QString &label, const char *property, ModelValueComboBox *box, const QString &unit,
                   const QString &toolTip);
     QCheckBox *addCheck(const QString &text, const char *property);
-    // A button at the end of a row that sets its property to what value() gives.
+    // A button at the end of a property's row.
     QToolButton *addButton(const char *property, const QString &text, const QString &toolTip,
-                           std::function<QVariant()> value);
+                           const std::function<void()> &clicked);
+    // Sets a property through the setter, as an edit of its row does.
+    void set(const char *property, const QVariant &value) const { m_setter(QLatin1String(property), value); }
 
     // The label, editor, unit and buttons of a property's row.
     QList<QWidget *> row(const char *property) const { return m_rows.value(QLatin1String(property)); }

@@ -8,6 +8,8 @@
 #include <V3d_View.hxx>
 #include <V3d_Viewer.hxx>
 
+#include "ui/Controls/ZoomableView.h"
+
 class AIS_TextLabel;
 
 namespace occ {
@@ -16,7 +18,7 @@ namespace occ {
 // controller: left button turns, middle pans, right zooms, the wheel zooms at the
 // cursor. Where the platform gives the widget an X window the view draws into it;
 // elsewhere it renders into a hidden window and the widget paints the image.
-class View : public QWidget, protected AIS_ViewController
+class View : public QWidget, public ZoomableView, protected AIS_ViewController
 {
     Q_OBJECT
     Q_PROPERTY(bool zoomAutoFit READ zoomAutoFit WRITE setZoomAutoFit NOTIFY zoomAutoFitChanged)
@@ -34,6 +36,13 @@ public:
 
     bool zoomAutoFit() const { return m_zoomAutoFit; }
     void setZoomAutoFit(bool on);
+
+    bool isZoomable() const override { return true; }
+    bool canZoomIn() const override { return true; }
+    bool canZoomOut() const override { return true; }
+    bool canAutoFit() const override { return true; }
+    bool isAutoFit() const override { return m_zoomAutoFit; }
+    void setAutoFit(bool autoFit) override { setZoomAutoFit(autoFit); }
     bool modeRuler() const { return m_modeRuler; }
     void setModeRuler(bool on);
 
@@ -54,8 +63,8 @@ public slots:
     void setWireframe();
     void fitAll(double margin);
     void fitAll();
-    void zoomIn();
-    void zoomOut();
+    void zoomIn() override;
+    void zoomOut() override;
 
 protected:
     void showEvent(QShowEvent *event) override;

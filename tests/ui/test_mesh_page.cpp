@@ -1,0 +1,185 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+#include "document/Airgap.h"
+#include "document/Document.h"
+#include "document/UndoStack.h"
+#include "meshing/Mesh.h"
+#include "support/LogCatcher.h"
+#include "ui/Controls/NumberEdit.h"
+#include "ui/MeshEditor.h"
+#include "ui/MeshPageViewer.h"
+#include "ui/MeshViewer.h"
+#include "ui/ModelComboBoxes.h"
+#include "ui/RuleZoomViewer.h"
+
+// The mesh page on the example machine: its models, their triangles as drawn, the zoom
+// of the flat view, and the mesh settings through the undo stack.
+
+namespace {
+
+const QString example = QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva");
+
+class MeshPageTest : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        document = new Document;
+        document->start();
+        ASSERT_TRUE(document->load(example));
+        document->setMode(Document::Mesh2D);
+    }
+    static void TearDownTestSuite()
+    {
+        delete document;
+        document = nullptr;
+    }
+
+    void SetUp() override
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
+        QSettings().clear();
+    }
+
+    QTemporaryDir settingsFolder;
+    static Document *document;
+};
+
+Document *MeshPageTest::document = nullptr;
+
+// Pixels darker than the light fill of the regions: the mesh's edges.
+int darkPixels(const QImage &image)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qGray(image.pixel(x, y)) < 110)
+                ++count;
+        }
+    }
+    return count;
+}
+
+TEST_F(MeshPageTest, ThePageMakesTheMeshesAndDrawsEachModelWithItsCounts)
+{
+    MeshPageViewer page(document);
+    page.resize(900, 600);
+    MeshViewer *viewer = page.meshViewer();
+    QSignalSpy counts(viewer, &MeshViewer::countsChanged);
+    page.show();
+    ASSERT_TRUE(counts.wait(60000));
+
+    QComboBox *models = viewer->models();
+    ASSERT_EQ(models->count(), document->mesh()->numberSlices() + 1);
+    EXPECT_TRUE(models->itemText(0).startsWith(QStringLiteral("Cylindrical mesh 1 (radius ")));
+    EXPECT_EQ(models->itemText(models->count() - 1), QStringLiteral("Radial mesh"));
+
+    const MeshScene::Counts slice = counts.last().at(0).value<MeshScene::Counts>();
+    EXPECT_EQ(slice.vertices, document->mesh()->meshSlices().first().numberOfVertices());
+    EXPECT_GT(slice.triangles, 100);
+    // A planar triangulation of a region with holes: E = V + T - 1 + holes, so E > T.
+    EXPECT_GT(slice.edges, slice.triangles);
+    const int slicePixels = darkPixels(viewer->view()->grab().toImage());
+    EXPECT_GT(slicePixels, 500);
+
+    models->setCurrentIndex(models->count() - 1);
+    const MeshScene::Counts radial = counts.last().at(0).value<MeshScene::Counts>();
+    EXPECT_EQ(radial.vertices, document->mesh()->meshRadial().numberOfVertices());
+    EXPECT_NE(radial.triangles, slice.triangles);
+
+    // Without edges and constraints only the regions are left.
+    for (QCheckBox *box : viewer->findChildren<QCheckBox *>()) {
+        if (box->text().contains(QStringLiteral("mesh")) || box->text().contains(QStringLiteral("constraints")))
+            box->setChecked(false);
+    }
+    EXPECT_LT(darkPixels(viewer->view()->grab().toImage()), slicePixels / 4);
+
+    // The zoom actions act on the 2D view, and the 3D tab has none.
+    ZoomableView *zoomable = page.zoomableView();
+    ASSERT_EQ(zoomable, viewer->view());
+    page.tabs()->setCurrentIndex(1);
+    EXPECT_FALSE(page.zoomableView()->isZoomable());
+}
+
+TEST(RuleZoomViewerTest, FitsWithinItsLimitsAndAManualZoomEndsTheFit)
+{
+    QGraphicsScene scene;
+    RuleZoomViewer view;
+    view.setScene(&scene);
+    view.resize(400, 300);
+    view.show();
+    {
+        LogCatcher log;
+        view.zoomFit();
+        EXPECT_TRUE(log.contains(QStringLiteral("Error: scene rect is invalid")));
+    }
+    scene.setSceneRect(0.0, 0.0, 1e-6, 1.0);
+    {
+        LogCatcher log;
+        view.zoomFit();
+        EXPECT_TRUE(log.contains(QStringLiteral("xratio > 10000")));
+    }
+    scene.setSceneRect(0.0, 0.0, 100.0, 50.0);
+    view.zoomFit();
+    const double fitted = view.scaleFactor();
+    EXPECT_NEAR(fitted, (400.0 - 20.0 - view.frameWidth() * 2) / 100.0, 0.1);
+
+    QSignalSpy scale(&view, &RuleZoomViewer::scaleChanged);
+    QSignalSpy autoFit(&view, &RuleZoomViewer::zoomAutoFitChanged);
+    view.zoomIn();
+    EXPECT_NEAR(view.scaleFactor(), fitted * 1.25, 1e-9);
+    EXPECT_EQ(scale.count(), 1);
+    ASSERT_EQ(autoFit.count(), 1);
+    EXPECT_FALSE(view.isAutoFit());
+    view.setAutoFit(true);
+    EXPECT_NEAR(view.scaleFactor(), fitted, 1e-9);
+}
+
+TEST_F(MeshPageTest, TheEditorChangesTheMeshSettingsThroughTheUndoStack)
+{
+    MeshEditor editor(document);
+    editor.show();
+    Mesh *mesh = document->mesh();
+    const int slices = mesh->numberSlices();
+    auto *numberSlices = editor.findChild<ModelValueComboBox *>(QStringLiteral("comboBoxMeshSlices"));
+    auto *layers = editor.findChild<ModelValueComboBox *>(QStringLiteral("comboBoxNumberLayersAirgap"));
+    auto *sizeBound = editor.findChild<NumberEdit *>(QStringLiteral("editSizeBound"));
+    auto *autoSize = editor.findChild<QCheckBox *>(QStringLiteral("autoSizeBound"));
+    ASSERT_TRUE(numberSlices && layers && sizeBound && autoSize);
+    EXPECT_EQ(numberSlices->currentValue(), slices);
+    EXPECT_EQ(sizeBound->isReadOnly(), mesh->autoSizeBound());
+
+    const int commands = document->undoStack()->count();
+    numberSlices->setCurrentValue(slices + 2);
+    EXPECT_EQ(mesh->numberSlices(), slices + 2);
+    layers->setCurrentValue(5);
+    EXPECT_EQ(document->airgap(Airgap::ID1)->numberLayers(), 5);
+    autoSize->setChecked(!mesh->autoSizeBound());
+    EXPECT_EQ(sizeBound->isReadOnly(), mesh->autoSizeBound());
+    EXPECT_EQ(document->undoStack()->count(), commands + 3);
+
+    for (int i = 0; i < 3; ++i)
+        document->undoStack()->undo();
+    EXPECT_EQ(mesh->numberSlices(), slices);
+    EXPECT_EQ(numberSlices->currentValue(), slices);
+    EXPECT_EQ(layers->currentValue(), document->airgap(Airgap::ID1)->numberLayers());
+
+    document->setBoundaryConditionMode(Document::Manual);
+    QTest::mouseClick(editor.findChild<QToolButton *>(QStringLiteral("buttonAuto")), Qt::LeftButton);
+    EXPECT_EQ(document->boundaryConditionMode(), Document::Automatic);
+
+    editor.showCounts({10, 20, 11});
+    EXPECT_EQ(editor.findChild<QLabel *>(QStringLiteral("labelTriangles"))->text(), QStringLiteral("11"));
+}
+
+} // namespace
