@@ -42,6 +42,8 @@
 #include "ui/MeshPageViewer.h"
 #include "ui/MotorGeometryEditor.h"
 #include "ui/ProtectedBanner.h"
+#include "ui/WindingEditor.h"
+#include "ui/WindingPageViewer.h"
 #include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -143,6 +145,8 @@ void DocumentWindow::createForm()
     QWidget *geometryPage = m_toolBoxEditors->widget(0);
     geometryPage->layout()->addWidget(new MotorGeometryEditor(m_document, geometryPage));
     addEditorPage("editorWinding", tr("Winding Editor"), QStringLiteral(":/winding.png"), Document::Winding);
+    QWidget *windingPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
+    windingPage->layout()->addWidget(new WindingEditor(m_document, windingPage));
     addEditorPage("editorMesh", tr("Mesh Editor"), QStringLiteral(":/mesh.png"), Document::Mesh2D);
     QWidget *meshPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
     auto *meshEditor = new MeshEditor(m_document, meshPage);
@@ -325,6 +329,9 @@ void DocumentWindow::createViewers()
     auto *blank = new QLabel(m_viewers);
     blank->setAlignment(Qt::AlignCenter);
     m_viewers->addWidget(blank);
+    auto *windingPage = new WindingPageViewer(m_document, m_viewers);
+    m_viewers->addWidget(windingPage);
+    m_pageOfMode.insert(Document::Winding, windingPage);
     m_meshPage = new MeshPageViewer(m_document, m_viewers);
     m_viewers->addWidget(m_meshPage);
     m_pageOfMode.insert(Document::Mesh2D, m_meshPage);

@@ -4,6 +4,9 @@
 #include "analysis/MagnetostaticAnalysis.h"
 #include "document/Document.h"
 #include "meshing/Mesh.h"
+#include "QmlScripting/ScriptDescribeList.h"
+#include "winding/Winding.h"
+#include "winding/WireGauge.h"
 
 #include <QMetaProperty>
 
@@ -110,5 +113,45 @@ CountComboBox::CountComboBox(const QVector<int> &counts, QWidget *parent)
     QVector<Item> items;
     for (int count : counts)
         items.append({count, QString::number(count)});
+    setValueItems(items);
+}
+
+WireSizeMethodComboBox::WireSizeMethodComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    setEnumItems({Winding::WireDiameter, Winding::AWG, Winding::SWG, Winding::FillFactor},
+                 static_cast<QString (*)(Winding::WireSizeMethod)>(&Winding::toString));
+}
+
+WindingCircuitComboBox::WindingCircuitComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    setEnumItems({Winding::Star, Winding::Delta}, static_cast<QString (*)(Winding::Circuit)>(&Winding::toString));
+}
+
+ModeLayoutComboBox::ModeLayoutComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    setEnumItems({Winding::Automatic, Winding::Manual},
+                 static_cast<QString (*)(Winding::ModeLayout)>(&Winding::toString));
+}
+
+WireGaugeComboBox::WireGaugeComboBox(Table table, QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    QVector<Item> items;
+    for (const Winding::WireGauge &gauge : table == Awg ? Winding::awgTable() : Winding::swgTable())
+        items.append({gauge.name, tr("%1 (%2 mm)").arg(gauge.name).arg(gauge.diameter)});
+    setValueItems(items);
+}
+
+EndturnScriptComboBox::EndturnScriptComboBox(QWidget *parent)
+    : ModelValueComboBox(parent)
+{
+    QVector<Item> items;
+    for (const ScriptDescribe &entry : ScriptDescribeList::endturns()) {
+        if (!entry.script().isEmpty())
+            items.append({entry.script(), entry.name()});
+    }
     setValueItems(items);
 }

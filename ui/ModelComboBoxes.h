@@ -86,3 +86,36 @@ class CountComboBox : public ModelValueComboBox
 public:
     CountComboBox(const QVector<int> &counts, QWidget *parent = nullptr);
 };
+
+class WireSizeMethodComboBox : public ModelValueComboBox
+{
+public:
+    explicit WireSizeMethodComboBox(QWidget *parent = nullptr);
+};
+
+class WindingCircuitComboBox : public ModelValueComboBox
+{
+public:
+    explicit WindingCircuitComboBox(QWidget *parent = nullptr);
+};
+
+class ModeLayoutComboBox : public ModelValueComboBox
+{
+public:
+    explicit ModeLayoutComboBox(QWidget *parent = nullptr);
+};
+
+// The names of one wire gauge table, with their diameters.
+class WireGaugeComboBox : public ModelValueComboBox
+{
+public:
+    enum Table { Awg, Swg };
+    explicit WireGaugeComboBox(Table table, QWidget *parent = nullptr);
+};
+
+// The end-turn scripts of the catalogue by their names; the value is the script file.
+class EndturnScriptComboBox : public ModelValueComboBox
+{
+public:
+    explicit EndturnScriptComboBox(QWidget *parent = nullptr);
+};

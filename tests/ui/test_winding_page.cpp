@@ -1,0 +1,164 @@
+#include <QCheckBox>
+#include <QLabel>
+#include <QSettings>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+#include <numeric>
+
+#include "document/Document.h"
+#include "document/UndoStack.h"
+#include "geometry/Rotor.h"
+#include "geometry/Stator.h"
+#include "ui/Controls/NumberEdit.h"
+#include "ui/LayoutCoilsModel.h"
+#include "ui/MmfSpectrumView.h"
+#include "ui/ModelComboBoxes.h"
+#include "ui/WindingEditor.h"
+#include "ui/WindingPageViewer.h"
+#include "winding/WindingObject.h"
+
+// The winding page on the example machine (12 slots, 10 poles, double-layer tooth
+// coils): the editor's rows, the coil table and its manual edits, and the slot picture.
+
+namespace {
+
+const QString example = QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva");
+
+class WindingPageTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settingsFolder.path());
+        QSettings().clear();
+        document.start();
+        ASSERT_TRUE(document.load(example));
+        document.setMode(Document::Winding);
+    }
+
+    template <typename T>
+    T *child(const QWidget &parent, const char *name) const
+    {
+        return parent.findChild<T *>(QLatin1String(name));
+    }
+
+    QTemporaryDir settingsFolder;
+    Document document;
+};
+
+TEST_F(WindingPageTest, TheEditorShowsTheFactsOfSlotsAndPolesAndFollowsAChange)
+{
+    WindingEditor editor(&document);
+    editor.show();
+    EXPECT_EQ(child<QLabel>(editor, "labelGCD")->text(), QStringLiteral("2"));
+    EXPECT_EQ(child<QLabel>(editor, "labelLCM")->text(), QStringLiteral("60"));
+    EXPECT_EQ(child<QLabel>(editor, "labelWindingFactor")->text(),
+              QString::number(document.winding()->calcWindingFactor(1), 'g', 6));
+    EXPECT_NEAR(child<QLabel>(editor, "labelWindingFactor")->text().toDouble(), 0.933, 1e-3);
+
+    auto *polePairs = child<QSpinBox>(editor, "spinBoxRotorPolePairs");
+    ASSERT_NE(polePairs, nullptr);
+    polePairs->setValue(7);
+    emit polePairs->editingFinished();
+    EXPECT_EQ(document.rotor()->numberPolePairs(), 7);
+    EXPECT_EQ(child<QLabel>(editor, "labelLCM")->text(), QStringLiteral("84"));
+    document.undoStack()->undo();
+    EXPECT_EQ(polePairs->value(), 5);
+    EXPECT_EQ(child<QLabel>(editor, "labelGCD")->text(), QStringLiteral("2"));
+}
+
+TEST_F(WindingPageTest, TheWireMethodChoosesWhichRowsCanBeEdited)
+{
+    WindingEditor editor(&document);
+    editor.show();
+    auto *method = child<ModelValueComboBox>(editor, "wireSizeMethod");
+    auto *diameter = child<NumberEdit>(editor, "editWireDiameter");
+    auto *awg = child<ModelValueComboBox>(editor, "comboBoxWireAWG");
+    auto *fill = child<NumberEdit>(editor, "editCoilFillFactor");
+    ASSERT_TRUE(method && diameter && awg && fill);
+
+    method->setCurrentValue(Winding::AWG);
+    EXPECT_EQ(document.winding()->wireSizeMethod(), Winding::AWG);
+    EXPECT_FALSE(awg->isHidden());
+    EXPECT_FALSE(diameter->isEnabled());
+    EXPECT_FALSE(fill->isEnabled());
+
+    method->setCurrentValue(Winding::FillFactor);
+    EXPECT_TRUE(awg->isHidden());
+    EXPECT_TRUE(fill->isEnabled());
+
+    document.setReadonly(true);
+    EXPECT_FALSE(method->isEnabled());
+    EXPECT_FALSE(fill->isEnabled());
+}
+
+TEST_F(WindingPageTest, TheCoilTableListsEachPhaseAndEditsOnlyAManualBaseLayout)
+{
+    WindingObject *winding = document.winding();
+    LayoutCoilsModel model(&document);
+    ASSERT_EQ(model.rowCount(), 3);
+    const QModelIndex phaseA = model.index(0, 0);
+    EXPECT_EQ(phaseA.data().toString(), QStringLiteral("Phase A"));
+    ASSERT_EQ(model.rowCount(phaseA), winding->layout().at(Winding::A).size());
+    const QModelIndex layerFrom = model.index(0, LayoutCoilsModel::LayerFromColumn, phaseA);
+    EXPECT_FALSE(model.flags(layerFrom) & Qt::ItemIsEditable);
+    EXPECT_FALSE(model.setData(layerFrom, 2));
+
+    winding->setModeLayout(Winding::Manual);
+    ASSERT_TRUE(model.flags(layerFrom) & Qt::ItemIsEditable);
+    const Winding::Layout original = winding->layout();
+    const int commands = document.undoStack()->count();
+    ASSERT_TRUE(model.setData(layerFrom, 2));
+    const Winding::Coil edited = winding->layout().at(Winding::A).first();
+    EXPECT_EQ(edited.layerFrom, 1);
+    EXPECT_EQ(edited.layerTo, 0) << "the two sides of a double-layer coil lie in different layers";
+    EXPECT_EQ(document.undoStack()->count(), commands + 1);
+    EXPECT_EQ(model.index(0, LayoutCoilsModel::LayerToColumn, model.index(0, 0)).data().toInt(), 1);
+
+    // A slot beyond the stator's is kept, shown red and explained.
+    ASSERT_TRUE(model.setData(model.index(0, LayoutCoilsModel::SlotToColumn, model.index(0, 0)), 13));
+    const QModelIndex wrong = model.index(0, LayoutCoilsModel::SlotToColumn, model.index(0, 0));
+    EXPECT_EQ(wrong.data(Qt::ToolTipRole).toString(), QStringLiteral("Incorrect slot number."));
+    EXPECT_EQ(wrong.data(Qt::ForegroundRole).value<QColor>(), QColor(Qt::red));
+
+    while (document.undoStack()->index() > commands)
+        document.undoStack()->undo();
+    EXPECT_EQ(winding->layout().at(Winding::A).first(), original.at(Winding::A).first());
+}
+
+TEST_F(WindingPageTest, SelectingACoilMakesItTheWindingsCurrentCoil)
+{
+    WindingEditor editor(&document);
+    editor.show();
+    LayoutCoilsView *view = editor.coilsView();
+    const QModelIndex phaseB = view->model()->index(1, 0);
+    view->setCurrentIndex(view->model()->index(2, LayoutCoilsModel::SlotFromColumn, phaseB));
+    const Winding::CurrentCoil current = document.winding()->currentCoil();
+    EXPECT_EQ(current.phase, Winding::B);
+    EXPECT_EQ(current.layout, 0);
+    EXPECT_EQ(current.coil, document.winding()->layout().at(Winding::B).at(2));
+}
+
+TEST_F(WindingPageTest, ThePageDrawsEverySlotInItsPhaseColours)
+{
+    WindingPageViewer page(&document);
+    page.resize(900, 600);
+    page.show();
+    const QImage image = page.layoutView()->grab().toImage();
+    int coloured = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            if (qAbs(pixel.red() - pixel.green()) > 20 || qAbs(pixel.green() - pixel.blue()) > 20)
+                ++coloured;
+        }
+    }
+    // Two layers of 12 slots, each cell in its phase colour.
+    EXPECT_GT(coloured, image.width() * image.height() / 10);
+    EXPECT_GT(page.spectrum()->findChildren<QObject *>().size(), 0);
+}
+
+} // namespace

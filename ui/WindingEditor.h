@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QWidget>
+
+class Document;
+class LayoutCoilsView;
+class PropertyRows;
+class QComboBox;
+class QLabel;
+class QToolButton;
+class WindingObject;
+
+// The settings of the winding: slots and poles, wire, circuit, coils, the layouts with
+// their coil table, and the end winding. It shows what the winding says and sends
+// each change through the undo stack; it computes nothing itself.
+class WindingEditor : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit WindingEditor(Document *document, QWidget *parent = nullptr);
+
+    LayoutCoilsView *coilsView() const { return m_coilsView; }
+
+private:
+    void createForm();
+    void createLayoutRows();
+    void createEndWindingRows();
+    QLabel *addMark(const char *property, const char *name);
+    // The document can be changed: neither protected nor read-only, nor locked by
+    // an analysis that ran or runs.
+    bool isEditable() const;
+    void updateUI();
+    void updateFacts();
+    void updateMarks();
+    void showHarmonicFactors();
+    void showMmfSpectrum();
+
+    Document *m_document;
+    WindingObject *m_winding;
+    PropertyRows *m_rows = nullptr;
+    PropertyRows *m_statorRows = nullptr;
+    PropertyRows *m_rotorRows = nullptr;
+    PropertyRows *m_endRows = nullptr;
+    PropertyRows *m_swgRows = nullptr;
+    QLabel *m_machineType = nullptr;
+    QLabel *m_windingFactor = nullptr;
+    QLabel *m_lcm = nullptr;
+    QLabel *m_gcd = nullptr;
+    QLabel *m_markSlots = nullptr;
+    QLabel *m_markPolePairs = nullptr;
+    QLabel *m_markParallelPaths = nullptr;
+    QComboBox *m_layouts = nullptr;
+    LayoutCoilsView *m_coilsView = nullptr;
+};
