@@ -70,7 +70,7 @@ class DeviceCanvas
 public:
     DeviceCanvas(QPainter *painter, const QPainterPath &path, const QRectF &clipRect, const QColor &color)
         : m_painter(painter)
-        , m_toDevice(painter->deviceTransform())
+        , m_toDevice(painter->combinedTransform())
     {
         const QPainterPath body = m_toDevice.map(path);
         m_bodyBox = body.boundingRect();

@@ -21,6 +21,7 @@
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QToolBox>
 #include <QVBoxLayout>
 
@@ -141,23 +142,21 @@ void DocumentWindow::createForm()
     createConsole(new QWidget(m_splitterVertical));
     layout->addWidget(m_splitterHorizontal);
 
-    addEditorPage("editorGeometry", tr("Geometry Editor"), QStringLiteral(":/geometry.png"), Document::GeometryMotor);
-    QWidget *geometryPage = m_toolBoxEditors->widget(0);
-    geometryPage->layout()->addWidget(new MotorGeometryEditor(m_document, geometryPage));
-    addEditorPage("editorWinding", tr("Winding Editor"), QStringLiteral(":/winding.png"), Document::Winding);
-    QWidget *windingPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
-    windingPage->layout()->addWidget(new WindingEditor(m_document, windingPage));
-    addEditorPage("editorMesh", tr("Mesh Editor"), QStringLiteral(":/mesh.png"), Document::Mesh2D);
-    QWidget *meshPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
-    auto *meshEditor = new MeshEditor(m_document, meshPage);
-    meshPage->layout()->addWidget(meshEditor);
-    connect(m_meshPage->meshViewer(), &MeshViewer::countsChanged, meshEditor, &MeshEditor::showCounts);
+    addEditorPage("editorGeometry", tr("Geometry Editor"), QStringLiteral(":/geometry.png"), Document::GeometryMotor,
+                  [this](QWidget *page) { return new MotorGeometryEditor(m_document, page); });
+    addEditorPage("editorWinding", tr("Winding Editor"), QStringLiteral(":/winding.png"), Document::Winding,
+                  [this](QWidget *page) { return new WindingEditor(m_document, page); });
+    addEditorPage("editorMesh", tr("Mesh Editor"), QStringLiteral(":/mesh.png"), Document::Mesh2D,
+                  [this](QWidget *page) {
+                      auto *editor = new MeshEditor(m_document, page);
+                      connect(m_meshPage->meshViewer(), &MeshViewer::countsChanged, editor, &MeshEditor::showCounts);
+                      return editor;
+                  });
     if (isAnalysisShown()) {
         addEditorPage("editorMagnetostaticFEA", tr("Magnetostatic Analysis"), QStringLiteral(":/MatLab.png"),
-                      Document::AnalysisMagnetostatic);
+                      Document::AnalysisMagnetostatic,
+                      [this](QWidget *page) { return new MagnetostaticEditor(m_document, page); });
         m_toolBoxEditors->setItemToolTip(m_pageModes.size() - 1, tr("Finite Element Analysis Magnetostatic"));
-        QWidget *analysisPage = m_toolBoxEditors->widget(m_pageModes.size() - 1);
-        analysisPage->layout()->addWidget(new MagnetostaticEditor(m_document, analysisPage));
     }
     connect(m_toolBoxEditors, &QToolBox::currentChanged, this, &DocumentWindow::toolBoxPageChanged);
 
@@ -178,6 +177,8 @@ void DocumentWindow::createConsole(QWidget *widgetConsole)
 
     auto *caption = new QWidget(widgetConsole);
     caption->setObjectName(QStringLiteral("widgetCaption"));
+    // The bar's controls may be cut on a narrow window; they never widen it.
+    caption->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto *row = new QHBoxLayout(caption);
     row->setSpacing(6);
     row->setContentsMargins(4, 2, 4, 2);
@@ -379,13 +380,20 @@ ZoomableView *DocumentWindow::zoomableView(Document::Mode mode) const
     return nullptr;
 }
 
-void DocumentWindow::addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode)
+void DocumentWindow::addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode,
+                                   const std::function<QWidget *(QWidget *)> &makeEditor)
 {
     auto *page = new QWidget(m_toolBoxEditors);
     page->setObjectName(QLatin1String(name));
     auto *layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
+    QWidget *editor = makeEditor(page);
+    layout->addWidget(editor);
     m_toolBoxEditors->addItem(page, QIcon(icon), text);
+    // The tool box scrolls a long page; it is as wide as the editors' rows need, up to a
+    // third of a usual screen, beyond which a page scrolls sideways too.
+    const int width = editor->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8;
+    m_toolBoxEditors->setMinimumWidth(qMin(qMax(m_toolBoxEditors->minimumWidth(), width), 420));
     m_pageModes.append(mode);
 }
 

@@ -96,7 +96,9 @@ private:
     void createViewers();
     void connectAnalysisOverlay();
     void showViewerOf(Document::Mode mode);
-    void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode);
+    // A page of the tool box with the editor that makeEditor builds for its parent.
+    void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode,
+                       const std::function<QWidget *(QWidget *)> &makeEditor);
     void documentModeChanged(Document::Mode mode);
     void toolBoxPageChanged(int index);
     void documentReady();

@@ -29,9 +29,16 @@ GraphicsMeshItem::GraphicsMeshItem(CDT::Snapshot mesh, QGraphicsItem *parent)
         m_constraints.moveTo(m_mesh.vertices.at(edge.vertex0).point);
         m_constraints.lineTo(m_mesh.vertices.at(edge.vertex1).point);
     }
-    for (const CDT::Vertex &vertex : m_mesh.vertices)
-        m_bounds |= QRectF(vertex.point, QSizeF(0.0, 0.0));
-    m_bounds = m_bounds.normalized();
+    // A united null rectangle would be dropped: the bounds come from the extremes.
+    if (!m_mesh.vertices.isEmpty()) {
+        QPointF low = m_mesh.vertices.first().point;
+        QPointF high = low;
+        for (const CDT::Vertex &vertex : m_mesh.vertices) {
+            low = QPointF(qMin(low.x(), vertex.point.x()), qMin(low.y(), vertex.point.y()));
+            high = QPointF(qMax(high.x(), vertex.point.x()), qMax(high.y(), vertex.point.y()));
+        }
+        m_bounds = QRectF(low, high);
+    }
 }
 
 void GraphicsMeshItem::setSwitches(const Switches &switches)

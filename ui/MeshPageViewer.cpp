@@ -20,8 +20,7 @@ MeshPageViewer::MeshPageViewer(Document *document, QWidget *parent)
     volume->setWordWrap(true);
     m_tabs->addTab(volume, tr("3D mesh"));
     viewLayout()->addWidget(m_tabs);
-    // The switches stand over the view itself: no side panel.
-    controlLayout()->parentWidget()->hide();
+    controlLayout()->addWidget(m_meshViewer->switches());
 
     connect(m_tabs, &QTabWidget::currentChanged, this, &PageViewer::aboutToUpdateUI);
     connect(m_meshViewer->view(), &RuleZoomViewer::zoomAutoFitChanged, this, &PageViewer::aboutToUpdateUI);

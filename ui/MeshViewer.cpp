@@ -4,7 +4,7 @@
 #include <QComboBox>
 #include <QGraphicsPathItem>
 #include <QGridLayout>
-#include <QHBoxLayout>
+#include <QVBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QStyleOptionGraphicsItem>
@@ -122,6 +122,7 @@ MeshViewer::MeshViewer(Document *document, QWidget *parent)
     , m_view(new RuleZoomViewer(this))
     , m_scene(new MeshScene(this))
     , m_generating(new QLabel(tr("Generating mesh..."), m_view))
+    , m_switches(new QWidget(this))
 {
     setObjectName(QStringLiteral("MeshViewer"));
     m_models->setObjectName(QStringLiteral("comboBoxModels"));
@@ -131,7 +132,8 @@ MeshViewer::MeshViewer(Document *document, QWidget *parent)
     m_generating->move(8, 8);
     m_generating->hide();
 
-    auto *switches = new QHBoxLayout;
+    m_switches->setObjectName(QStringLiteral("MeshControlWidgets"));
+    auto *switches = new QVBoxLayout(m_switches);
     m_edges = addSwitch(tr("Show &mesh"), QStringLiteral("Alt+V"), true);
     m_nodes = addSwitch(tr("Show nodes"), QStringLiteral("Alt+N"), false);
     m_constraints = addSwitch(tr("Show constraints"), QStringLiteral("Alt+C"), true);
@@ -144,7 +146,6 @@ MeshViewer::MeshViewer(Document *document, QWidget *parent)
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_models, 0, 0);
-    layout->addLayout(switches, 0, 1);
     layout->addWidget(m_view, 1, 0, 1, 2);
     layout->setColumnStretch(1, 1);
 
@@ -166,7 +167,7 @@ MeshViewer::MeshViewer(Document *document, QWidget *parent)
 
 QCheckBox *MeshViewer::addSwitch(const QString &text, const QString &key, bool checked)
 {
-    auto *box = new QCheckBox(text, this);
+    auto *box = new QCheckBox(text, m_switches);
     box->setShortcut(QKeySequence(key));
     box->setToolTip(key);
     box->setChecked(checked);

@@ -54,6 +54,8 @@ public:
     RuleZoomViewer *view() const { return m_view; }
     MeshScene *scene() const { return m_scene; }
     QComboBox *models() const { return m_models; }
+    // The switches of what is drawn, for the page to place beside the view.
+    QWidget *switches() const { return m_switches; }
 
 signals:
     void countsChanged(const MeshScene::Counts &counts);
@@ -73,6 +75,7 @@ private:
     RuleZoomViewer *m_view;
     MeshScene *m_scene;
     QLabel *m_generating;
+    QWidget *m_switches;
     QCheckBox *m_edges = nullptr;
     QCheckBox *m_nodes = nullptr;
     QCheckBox *m_constraints = nullptr;

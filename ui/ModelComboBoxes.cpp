@@ -119,14 +119,16 @@ CountComboBox::CountComboBox(const QVector<int> &counts, QWidget *parent)
 WireSizeMethodComboBox::WireSizeMethodComboBox(QWidget *parent)
     : ModelValueComboBox(parent)
 {
-    setEnumItems({Winding::WireDiameter, Winding::AWG, Winding::SWG, Winding::FillFactor},
-                 static_cast<QString (*)(Winding::WireSizeMethod)>(&Winding::toString));
+    setValueItems({{int(Winding::WireDiameter), tr("Wire diameter")},
+                   {int(Winding::AWG), tr("Wire gauge (AWG)")},
+                   {int(Winding::SWG), tr("Wire gauge (SWG)")},
+                   {int(Winding::FillFactor), tr("Fill factor")}});
 }
 
 WindingCircuitComboBox::WindingCircuitComboBox(QWidget *parent)
     : ModelValueComboBox(parent)
 {
-    setEnumItems({Winding::Star, Winding::Delta}, static_cast<QString (*)(Winding::Circuit)>(&Winding::toString));
+    setValueItems({{int(Winding::Star), tr("Star connection")}, {int(Winding::Delta), tr("Delta connection")}});
 }
 
 ModeLayoutComboBox::ModeLayoutComboBox(QWidget *parent)

@@ -22,6 +22,8 @@ PageViewer::PageViewer(const QString &name, QWidget *parent)
     , m_splitter(new QSplitter(Qt::Horizontal, this))
 {
     setObjectName(name);
+    // A page takes the width the window gives it; its splitter shares it out.
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_splitter->setObjectName(QStringLiteral("splitter"));
     auto *view = new QWidget(m_splitter);
     view->setObjectName(QStringLiteral("widgetView"));

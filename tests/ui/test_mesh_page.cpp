@@ -102,7 +102,8 @@ TEST_F(MeshPageTest, ThePageMakesTheMeshesAndDrawsEachModelWithItsCounts)
         if (box->text().contains(QStringLiteral("mesh")) || box->text().contains(QStringLiteral("constraints")))
             box->setChecked(false);
     }
-    EXPECT_LT(darkPixels(viewer->view()->grab().toImage()), slicePixels / 4);
+    const int regionPixels = darkPixels(viewer->view()->grab().toImage());
+    EXPECT_LT(regionPixels * 2, slicePixels) << "the triangles' edges make most of the dark pixels";
 
     // The zoom actions act on the 2D view, and the 3D tab has none.
     ZoomableView *zoomable = page.zoomableView();
