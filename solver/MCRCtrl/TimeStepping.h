@@ -1,0 +1,93 @@
+#pragma once
+
+#include "solver/MCRCtrl/MatData.h"
+#include "solver/MCRCtrl/SliceModel.h"
+
+#include <QString>
+#include <array>
+#include <functional>
+#include <vector>
+
+struct matvar_t;
+
+namespace mcrctrl {
+
+// The analysis settings of a run.
+struct RunSettings
+{
+    bool linear = false;
+    double tolerance = 1e-3;
+    int points = 1;
+    // rpm.
+    double speed = 1000.0;
+    // Electrical degrees, of the current phasor ahead of the q-axis.
+    double advanceAngle = 0.0;
+    QString currentMethod;
+    double current = 0.0;
+    bool definedPeriod = false;
+    double timeFrom = 0.0;
+    double timeTo = 1.0;
+
+    static RunSettings from(const MatValue &settings);
+};
+
+// What one rotor position gives, for the whole machine.
+struct PositionResult
+{
+    double time = 0.0;
+    std::array<double, 3> currents{};
+    std::array<double, 3> fluxLinkage{};
+    // Of the rotor in each air gap, N m, and the normal forces on the rotor, N.
+    std::vector<double> gapTorque;
+    std::vector<double> gapNormalForce;
+    double torque = 0.0;
+    // Mean |B| across the bands and the largest |B| in them.
+    double bandFluxDensity = 0.0;
+    double bandFluxDensityMax = 0.0;
+};
+
+// The whole machine over the positions of a run: solves every slice at every position
+// and sums the slices. Throws a StepError that names position and slice when the
+// Newton iterations fail.
+class TimeStepping
+{
+public:
+    using Progress = std::function<void(const QString &)>;
+
+    TimeStepping(std::vector<SliceModel> slices, MachineData machine, RunSettings settings);
+
+    // The RMS phase current of one parallel path, from the current input method.
+    double phaseCurrent() const;
+    // Flux linkages of the three phases, whole machine, one parallel path, at a
+    // mechanical angle, with phase currents.
+    PositionResult solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const;
+
+    void run(const Progress &progress);
+    const std::vector<PositionResult> &positions() const { return m_positions; }
+    double dAxisAngle() const { return m_dAxis; }
+    double rotation() const { return m_rotation; }
+    double magnetFluxLinkage() const { return m_magnetFlux; }
+
+    // The two variables of the answer.
+    matvar_t *timesteppingData() const;
+    matvar_t *results() const;
+
+private:
+    double electricalFrequency() const;
+    double mechanicalSpeed() const;
+    std::array<double, 3> currentsAt(double electricalAngle) const;
+    // The d-axis angle at angle 0 and the sense in which the flux linkage turns, from
+    // two solves without current.
+    void alignAxes(const Progress &progress);
+    std::vector<std::array<double, 3>> backEmf() const;
+
+    std::vector<SliceModel> m_slices;
+    MachineData m_machine;
+    RunSettings m_settings;
+    std::vector<PositionResult> m_positions;
+    double m_dAxis = 0.0;
+    double m_rotation = 1.0;
+    double m_magnetFlux = 0.0;
+};
+
+} // namespace mcrctrl
