@@ -116,6 +116,35 @@ std::vector<int> rowNodes(const MatValue &rows, int gap, const QString &where)
 
 } // namespace
 
+double SliceModel::bandSegment() const
+{
+    double segment = 0.0;
+    for (const GapBand &band : bands) {
+        if (band.rotorRow.size() != band.statorRow.size())
+            return 0.0;
+        const double length = width / double(band.statorRow.size() - 1);
+        for (const std::vector<int> *row : {&band.rotorRow, &band.statorRow}) {
+            for (std::size_t i = 1; i < row->size(); ++i) {
+                const double step = base.mesh.nodes[std::size_t((*row)[i])].x() - base.mesh.nodes[std::size_t((*row)[i - 1])].x();
+                if (std::abs(step - length) > 1e-6 * length)
+                    return 0.0;
+            }
+        }
+        if (segment > 0.0 && std::abs(segment - length) > 1e-6 * length)
+            return 0.0;
+        segment = length;
+    }
+    return segment;
+}
+
+double SliceModel::bandOffset() const
+{
+    if (bands.empty())
+        return 0.0;
+    const GapBand &band = bands.front();
+    return base.mesh.nodes[std::size_t(band.rotorRow.front())].x() - base.mesh.nodes[std::size_t(band.statorRow.front())].x();
+}
+
 double SliceModel::copies() const
 {
     return 2.0 * M_PI * radius / width;

@@ -60,6 +60,11 @@ public:
     std::vector<char> moving;
     double turnsPerCoil = 1.0;
 
+    // The length of the segments of the band's rows where both rows have equal ones,
+    // else 0.
+    double bandSegment() const;
+    // How far the rotor's row starts after the stator's at no shift.
+    double bandOffset() const;
     // How many copies of the model make the whole ring.
     double copies() const;
     solver::Problem problemAt(double shift, const std::array<double, 3> &currents) const;

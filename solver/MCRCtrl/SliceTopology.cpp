@@ -186,7 +186,7 @@ void closeBand(solver::Problem &problem, const std::vector<int> &stayingRow, con
         if (!stayingStep && i + 1 < stayingRow.size()) {
             const double stayingDiagonal = distance(stayingRow[i + 1], row[j]);
             const double movingDiagonal = distance(stayingRow[i], row[j + 1]);
-            stayingStep = std::abs(stayingDiagonal - movingDiagonal) <= tolerance ? (i + j) % 2 == 0
+            stayingStep = std::abs(stayingDiagonal - movingDiagonal) <= tolerance ? i % 2 == 0
                                                                                     : stayingDiagonal < movingDiagonal;
         }
         if (stayingStep) {

@@ -106,6 +106,64 @@ std::array<double, 3> TimeStepping::currentsAt(double electricalAngle) const
     return {peak * std::cos(phasor), peak * std::cos(phasor - 2.0 * M_PI / 3.0), peak * std::cos(phasor + 2.0 * M_PI / 3.0)};
 }
 
+SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, double share)
+{
+    if (!a.converged)
+        return a;
+    if (!b.converged)
+        return b;
+    const auto mix = [share](double x, double y) { return x + share * (y - x); };
+    SliceAnswer result = a;
+    for (std::size_t phase = 0; phase < 3; ++phase)
+        result.flux[phase] = mix(a.flux[phase], b.flux[phase]);
+    for (std::size_t g = 0; g < result.torque.size(); ++g) {
+        result.torque[g] = mix(a.torque[g], b.torque[g]);
+        result.normal[g] = mix(a.normal[g], b.normal[g]);
+    }
+    result.bandArea = mix(a.bandArea, b.bandArea);
+    result.bandIntegral = mix(a.bandIntegral, b.bandIntegral);
+    result.bandMax = std::max(a.bandMax, b.bandMax);
+    return result;
+}
+
+SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const
+{
+    SliceAnswer answer;
+    const solver::SolverSettings settings{m_machine.linear, m_settings.tolerance, m_settings.maxIterations};
+    const solver::Problem problem = slice.problemAt(shift, currents);
+    const solver::Solution solution = solver::MagnetostaticSolver(problem, settings).solve();
+    answer.converged = solution.converged;
+    answer.residual = solution.residual;
+    if (!solution.converged)
+        return answer;
+    const solver::FieldSolution field(problem, solution.potential, m_machine.linear);
+    const double depth = slice.length * slice.copies();
+    for (const GapBand &band : slice.bands) {
+        const Eigen::Vector2d force = solver::airGapForce(field, {band.region}, band.height);
+        const double sense = band.rotorAbove ? 1.0 : -1.0;
+        answer.torque.push_back(sense * force.x() * depth * slice.radius);
+        answer.normal.push_back(sense * force.y() * depth);
+    }
+    for (int phase = 0; phase < 3; ++phase) {
+        std::vector<solver::CoilSide> sides;
+        for (const PhaseSide &side : slice.sides) {
+            if (side.phase == phase)
+                sides.push_back({side.region, side.sign});
+        }
+        answer.flux[std::size_t(phase)] = solver::fluxLinkage(field, sides, slice.turnsPerCoil) * depth;
+    }
+    for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
+        const int region = problem.mesh.triangles[e].region;
+        if (std::none_of(slice.bands.begin(), slice.bands.end(), [region](const GapBand &band) { return band.region == region; }))
+            continue;
+        const double b = field.fluxDensity(int(e)).norm();
+        answer.bandArea += field.area(int(e)) * slice.length;
+        answer.bandIntegral += b * field.area(int(e)) * slice.length;
+        answer.bandMax = std::max(answer.bandMax, b);
+    }
+    return answer;
+}
+
 PositionResult TimeStepping::solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const
 {
     PositionResult result;
@@ -115,53 +173,24 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
     result.gapTorque.assign(gaps, 0.0);
     result.gapNormalForce.assign(gaps, 0.0);
 
-    struct SliceAnswer
-    {
-        bool converged = true;
-        double residual = 0.0;
-        std::array<double, 3> flux{};
-        std::vector<double> torque;
-        std::vector<double> normal;
-        double bandArea = 0.0;
-        double bandIntegral = 0.0;
-        double bandMax = 0.0;
-    };
     std::vector<SliceAnswer> answers(m_slices.size());
-    const solver::SolverSettings settings{m_machine.linear, m_settings.tolerance, 50};
     tbb::parallel_for(std::size_t(0), m_slices.size(), [&](std::size_t s) {
         const SliceModel &slice = m_slices[s];
-        SliceAnswer &answer = answers[s];
-        const solver::Problem problem = slice.problemAt(angle * slice.radius, currents);
-        const solver::Solution solution = solver::MagnetostaticSolver(problem, settings).solve();
-        answer.converged = solution.converged;
-        answer.residual = solution.residual;
-        if (!solution.converged)
+        // The band is cut well only where the rows stand in line: between two such
+        // shifts the answers are interpolated.
+        const double shift = angle * slice.radius;
+        const double segment = slice.bandSegment();
+        const double offset = slice.bandOffset();
+        const double steps = segment > 0.0 ? (shift + offset) / segment : 0.0;
+        const double lower = std::floor(steps + 1e-9);
+        const double share = steps - lower;
+        if (segment <= 0.0 || share < 1e-9) {
+            answers[s] = solveSlice(slice, segment > 0.0 ? lower * segment - offset : shift, currents);
             return;
-        const solver::FieldSolution field(problem, solution.potential, m_machine.linear);
-        const double depth = slice.length * slice.copies();
-        for (const GapBand &band : slice.bands) {
-            const Eigen::Vector2d force = solver::airGapForce(field, {band.region}, band.height);
-            const double sense = band.rotorAbove ? 1.0 : -1.0;
-            answer.torque.push_back(sense * force.x() * depth * slice.radius);
-            answer.normal.push_back(sense * force.y() * depth);
         }
-        for (int phase = 0; phase < 3; ++phase) {
-            std::vector<solver::CoilSide> sides;
-            for (const PhaseSide &side : slice.sides) {
-                if (side.phase == phase)
-                    sides.push_back({side.region, side.sign});
-            }
-            answer.flux[std::size_t(phase)] = solver::fluxLinkage(field, sides, slice.turnsPerCoil) * depth;
-        }
-        for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
-            const int region = problem.mesh.triangles[e].region;
-            if (std::none_of(slice.bands.begin(), slice.bands.end(), [region](const GapBand &band) { return band.region == region; }))
-                continue;
-            const double b = field.fluxDensity(int(e)).norm();
-            answer.bandArea += field.area(int(e)) * slice.length;
-            answer.bandIntegral += b * field.area(int(e)) * slice.length;
-            answer.bandMax = std::max(answer.bandMax, b);
-        }
+        const SliceAnswer before = solveSlice(slice, lower * segment - offset, currents);
+        const SliceAnswer after = solveSlice(slice, (lower + 1.0) * segment - offset, currents);
+        answers[s] = SliceAnswer::blend(before, after, share);
     });
 
     double bandArea = 0.0;

@@ -17,6 +17,7 @@ struct RunSettings
 {
     bool linear = false;
     double tolerance = 1e-3;
+    int maxIterations = 50;
     int points = 1;
     // rpm.
     double speed = 1000.0;
@@ -46,6 +47,22 @@ struct PositionResult
     double bandFluxDensityMax = 0.0;
 };
 
+// What one slice gives at one shift, before the slices are summed.
+struct SliceAnswer
+{
+    bool converged = true;
+    double residual = 0.0;
+    std::array<double, 3> flux{};
+    std::vector<double> torque;
+    std::vector<double> normal;
+    double bandArea = 0.0;
+    double bandIntegral = 0.0;
+    double bandMax = 0.0;
+
+    // Linear between two answers; a failed one stands for both.
+    static SliceAnswer blend(const SliceAnswer &a, const SliceAnswer &b, double share);
+};
+
 // The whole machine over the positions of a run: solves every slice at every position
 // and sums the slices. Throws a StepError that names position and slice when the
 // Newton iterations fail.
@@ -73,6 +90,7 @@ public:
     matvar_t *results() const;
 
 private:
+    SliceAnswer solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const;
     double electricalFrequency() const;
     double mechanicalSpeed() const;
     std::array<double, 3> currentsAt(double electricalAngle) const;
