@@ -212,7 +212,6 @@ std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &
     const double coefficient = numberOr(data.materials.findField(QStringLiteral("magnetAlphaBr")), 0.0);
     const double magnetTemperature = numberOr(data.materials.findField(QStringLiteral("Tpm")), 20.0);
 
-    const int layers = std::max(1, int(std::lround(numberOr(data.mesh.findField(QStringLiteral("nAirGapLayers")), 1.0))));
     const int count = points.kind == MatValue::Cell ? int(points.items.size()) : 0;
     if (count == 0 || int(radii.numbers.size()) < count || int(widths.numbers.size()) < count)
         throw StepError(QStringLiteral("The exchange file has no slice meshes"));
@@ -259,8 +258,6 @@ std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &
         if (rotorCurve)
             problem.curves.push_back(*rotorCurve);
         bool magnets = false;
-        std::vector<char> air(std::size_t(regionCount) + 1, 0);
-        air[0] = 1;
         for (int r = 1; r <= regionCount; ++r) {
             const QString type = textOf(sliceTypes.items[std::size_t(r - 1)]);
             if (int(sliceProperties.elements.size()) < r)
@@ -303,9 +300,7 @@ std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &
                 const int layout = int(std::lround(numberOr(field("nlayout"), 1.0)));
                 for (const auto &[phase, sign] : coilSidesAt(tables, std::max(1, layout), slot, std::max(1, layer)))
                     slice.sides.push_back({phase, r, sign});
-            } else if (type == QLatin1String("General")) {
-                air[std::size_t(r)] = 1;
-            } else if (type == QLatin1String("Conductor") || type == QLatin1String("EndTurn")) {
+            } else if (type == QLatin1String("General") || type == QLatin1String("Conductor") || type == QLatin1String("EndTurn")) {
                 // Air to the field: conductors carry no current in a magnetostatic step.
             } else {
                 throw StepError(QStringLiteral("%1 has no material").arg(regionName.at(0).toUpper() + regionName.mid(1)));
@@ -354,19 +349,13 @@ std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &
             problem.regions.push_back(solver::Region{});
             const double low = std::min(yRotor, yStator) + tolerance;
             const double high = std::max(yRotor, yStator) - tolerance;
-            // The stress is averaged over the whole gap: its fixed layers of air join the
-            // band's region, so that the cut of the moving band weighs less.
-            const double outer = (layers / 2) * band.height;
             for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
-                solver::Triangle &triangle = problem.mesh.triangles[e];
-                const double y = (problem.mesh.nodes[std::size_t(triangle.nodes[0])].y() + problem.mesh.nodes[std::size_t(triangle.nodes[1])].y()
-                                  + problem.mesh.nodes[std::size_t(triangle.nodes[2])].y()) / 3.0;
+                const auto &nodes = problem.mesh.triangles[e].nodes;
+                const double y = (problem.mesh.nodes[std::size_t(nodes[0])].y() + problem.mesh.nodes[std::size_t(nodes[1])].y()
+                                  + problem.mesh.nodes[std::size_t(nodes[2])].y()) / 3.0;
                 if (y > low && y < high)
                     inBand[e] = 1;
-                else if (air[std::size_t(triangle.region)] && y > low - outer && y < high + outer)
-                    triangle.region = band.region;
             }
-            band.height += 2.0 * outer;
             slice.bands.push_back(std::move(band));
         }
         if (slice.bands.empty())
