@@ -340,6 +340,9 @@ std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &
                 std::sort(row->begin(), row->end(), [&](int a, int b) { return x(a) < x(b); });
             }
             const double span = x(band.statorRow.back()) - x(band.statorRow.front());
+            if (std::abs(x(band.rotorRow.back()) - x(band.rotorRow.front()) - span) > tolerance
+                || (slice.width > 0.0 && std::abs(slice.width - span) > tolerance))
+                throw StepError(QStringLiteral("The rows of the air gap %1 of %2 do not span one period").arg(g + 1).arg(sliceName));
             slice.width = span;
             const double yRotor = problem.mesh.nodes[std::size_t(band.rotorRow.front())].y();
             const double yStator = problem.mesh.nodes[std::size_t(band.statorRow.front())].y();

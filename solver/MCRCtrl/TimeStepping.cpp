@@ -292,11 +292,10 @@ matvar_t *TimeStepping::timesteppingData() const
         fields.emplace_back(name, mat::row(QString(), values));
     };
     const auto missing = [&](const QString &name) { fields.emplace_back(name, mat::text(QString(), notComputed)); };
-    const double peakSign = m_rotation;
     const auto dq = [&](const std::array<double, 3> &abc, const PositionResult &at, bool quadrature) {
         const auto [alpha, beta] = spaceVector(abc);
         const double electrical = m_dAxis + m_rotation * m_machine.polePairs * mechanicalSpeed() * at.time;
-        return quadrature ? peakSign * (-alpha * std::sin(electrical) + beta * std::cos(electrical))
+        return quadrature ? m_rotation * (-alpha * std::sin(electrical) + beta * std::cos(electrical))
                           : alpha * std::cos(electrical) + beta * std::sin(electrical);
     };
     const std::vector<std::array<double, 3>> emf = backEmf();
@@ -358,12 +357,14 @@ matvar_t *TimeStepping::timesteppingData() const
         series(QStringLiteral("Fluxlinkage_%1").arg(QLatin1Char(phases[phase])), [phase](const PositionResult &at, std::size_t) { return at.fluxLinkage[phase]; });
     series(QStringLiteral("Fluxlinkage_d"), [&](const PositionResult &at, std::size_t) { return dq(at.fluxLinkage, at, false); });
     series(QStringLiteral("Fluxlinkage_q"), [&](const PositionResult &at, std::size_t) { return dq(at.fluxLinkage, at, true); });
+    // Which rotor and stator face which gap is told by the machine type, which the
+    // slices do not carry: the forces are named only for a single gap.
     if (gaps == 1) {
         series(QStringLiteral("Fn_rotor"), [](const PositionResult &at, std::size_t) { return at.gapNormalForce[0]; });
         series(QStringLiteral("Fn_stator"), [](const PositionResult &at, std::size_t) { return -at.gapNormalForce[0]; });
     } else {
-        for (std::size_t g = 0; g < gaps; ++g)
-            series(QStringLiteral("Fn_airgap%1").arg(g + 1), [g](const PositionResult &at, std::size_t) { return at.gapNormalForce[g]; });
+        missing(QStringLiteral("Fn_rotor"));
+        missing(QStringLiteral("Fn_stator"));
     }
     return mat::structure(QStringLiteral("Timesteppingdata"), fields);
 }
