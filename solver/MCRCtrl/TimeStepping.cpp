@@ -282,6 +282,14 @@ std::vector<std::array<double, 3>> TimeStepping::backEmf() const
     return emf;
 }
 
+double TimeStepping::dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const
+{
+    const auto [alpha, beta] = spaceVector(abc);
+    const double electrical = m_dAxis + m_rotation * m_machine.polePairs * mechanicalSpeed() * time;
+    return quadrature ? m_rotation * (-alpha * std::sin(electrical) + beta * std::cos(electrical))
+                      : alpha * std::cos(electrical) + beta * std::sin(electrical);
+}
+
 matvar_t *TimeStepping::timesteppingData() const
 {
     std::vector<std::pair<QString, matvar_t *>> fields;
@@ -293,10 +301,7 @@ matvar_t *TimeStepping::timesteppingData() const
     };
     const auto missing = [&](const QString &name) { fields.emplace_back(name, mat::text(QString(), notComputed)); };
     const auto dq = [&](const std::array<double, 3> &abc, const PositionResult &at, bool quadrature) {
-        const auto [alpha, beta] = spaceVector(abc);
-        const double electrical = m_dAxis + m_rotation * m_machine.polePairs * mechanicalSpeed() * at.time;
-        return quadrature ? m_rotation * (-alpha * std::sin(electrical) + beta * std::cos(electrical))
-                          : alpha * std::cos(electrical) + beta * std::sin(electrical);
+        return dqComponent(abc, at.time, quadrature);
     };
     const std::vector<std::array<double, 3>> emf = backEmf();
     const double resistance = m_machine.phaseResistance;
@@ -432,7 +437,25 @@ matvar_t *TimeStepping::results() const
         value("Kt", torque / current);
     else
         missing("Kt");
-    for (const char *name : {"Km", "Ld", "Lq", "Lself", "Lmutual", "Is", "Vs"})
+    // Apparent inductances at the operating point: the flux linkage that the current
+    // adds on its axis, over that current.
+    std::vector<double> fluxD;
+    std::vector<double> fluxQ;
+    for (const PositionResult &at : m_positions) {
+        fluxD.push_back(dqComponent(at.fluxLinkage, at.time, false));
+        fluxQ.push_back(dqComponent(at.fluxLinkage, at.time, true));
+    }
+    const double currentD = -peak * std::sin(gamma);
+    const double currentQ = peak * std::cos(gamma);
+    if (std::abs(currentD) > 1e-9 * peak && peak > 0.0)
+        value("Ld", (mean(fluxD) - m_magnetFlux) / currentD);
+    else
+        missing("Ld");
+    if (std::abs(currentQ) > 1e-9 * peak && peak > 0.0)
+        value("Lq", mean(fluxQ) / currentQ);
+    else
+        missing("Lq");
+    for (const char *name : {"Km", "Lself", "Lmutual", "Is", "Vs"})
         missing(name);
     std::vector<double> gapTorque;
     const std::size_t gaps = m_positions.empty() ? 0 : m_positions.front().gapTorque.size();

@@ -98,6 +98,8 @@ private:
     // two solves without current.
     void alignAxes(const Progress &progress);
     std::vector<std::array<double, 3>> backEmf() const;
+    // The d or q part of three phase values at a time (amplitude-invariant).
+    double dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const;
 
     std::vector<SliceModel> m_slices;
     MachineData m_machine;

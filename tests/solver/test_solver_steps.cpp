@@ -135,6 +135,9 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     EXPECT_NEAR(results.field("f1", "Results").number("f1"), 5 * 1000.0 / 60.0, 1e-9);
     EXPECT_EQ(results.field("Efficiency", "Results").text, QStringLiteral("not computed"));
     EXPECT_EQ(data.field("Torque_vwork", "Timesteppingdata").text, QStringLiteral("not computed"));
+    // All current on the q-axis: its inductance follows, the d-axis one can't.
+    EXPECT_GT(results.field("Lq", "Results").number("Lq"), 0.0);
+    EXPECT_EQ(results.field("Ld", "Results").text, QStringLiteral("not computed"));
     ASSERT_EQ(data.field("Torque_maxwell", "Timesteppingdata").numbers.size(), 6u);
     // The torque from flux linkage and current follows the Maxwell torque: this machine
     // cogs, and six points per period all sit at one phase of its cogging.
