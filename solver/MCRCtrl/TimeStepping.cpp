@@ -60,6 +60,7 @@ RunSettings RunSettings::from(const MatValue &settings)
     run.currentMethod = textOf(settings.findField(QStringLiteral("MS_currentinputmethod")));
     run.current = numberOf(settings, "MS_I", 0.0);
     run.definedPeriod = textOf(settings.findField(QStringLiteral("MS_timeselection"))) == QLatin1String("Define time period");
+    run.coggingTorque = numberOf(settings, "MS_coggingtorque", 0.0) != 0.0;
     run.timeFrom = numberOf(settings, "MS_timefrom", 0.0);
     run.timeTo = numberOf(settings, "MS_timeto", 1.0);
     if (!(run.tolerance > 0.0))
@@ -243,6 +244,8 @@ void TimeStepping::run(const Progress &progress)
     if (m_slices.empty())
         throw StepError(QStringLiteral("There is no slice to solve"));
     phaseCurrent();
+    if (m_settings.coggingTorque)
+        progress(QStringLiteral("The cogging torque is not computed on its own: a run at zero current gives it"));
     alignAxes(progress);
     const int count = m_settings.points;
     const double period = 1.0 / electricalFrequency();

@@ -26,6 +26,7 @@ struct RunSettings
     QString currentMethod;
     double current = 0.0;
     bool definedPeriod = false;
+    bool coggingTorque = false;
     double timeFrom = 0.0;
     double timeTo = 1.0;
 

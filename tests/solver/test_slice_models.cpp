@@ -227,3 +227,24 @@ TEST(SliceModels, UnfitInputGivesAnErrorNamingTheRegion)
         EXPECT_TRUE(error.contains("region 3")) << error.toStdString();
     }
 }
+
+// The current of one phase from each way of giving it, in star and in delta.
+TEST(SliceModels, PhaseCurrentFollowsTheInputMethodAndConnection)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    MachineData machine = readMachine(exchange.data, true);
+    const std::vector<SliceModel> slices = readSlices(exchange.data, machine);
+    RunSettings run = settings(true);
+    run.current = 10.0;
+    const auto current = [&](const char *method, bool delta) {
+        run.currentMethod = QString::fromLatin1(method);
+        machine.delta = delta;
+        return TimeStepping(slices, machine, run).phaseCurrent();
+    };
+    EXPECT_DOUBLE_EQ(current("RMS phase current", true), 10.0);
+    EXPECT_DOUBLE_EQ(current("RMS supply current", false), 10.0);
+    EXPECT_DOUBLE_EQ(current("RMS supply current", true), 10.0 / std::sqrt(3.0));
+    EXPECT_DOUBLE_EQ(current("Peak supply current", false), 10.0 / std::sqrt(2.0));
+    EXPECT_DOUBLE_EQ(current("Peak supply current", true), 10.0 / std::sqrt(6.0));
+    EXPECT_TRUE(stepError([&] { current("DC supply current", false); }).contains("DC supply current"));
+}
