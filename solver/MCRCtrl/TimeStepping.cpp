@@ -239,6 +239,17 @@ void TimeStepping::alignAxes(const Progress &progress)
                  .arg(qRadiansToDegrees(m_dAxis), 0, 'f', 1));
 }
 
+void TimeStepping::findInductances()
+{
+    MachineData linear = m_machine;
+    linear.linear = true;
+    const TimeStepping unsaturated(m_slices, linear, m_settings);
+    const PositionResult none = unsaturated.solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0);
+    const PositionResult inA = unsaturated.solveAt(0.0, 0.0, {1.0, 0.0, 0.0}, 0);
+    m_selfInductance = inA.fluxLinkage[0] - none.fluxLinkage[0];
+    m_mutualInductance = inA.fluxLinkage[1] - none.fluxLinkage[1];
+}
+
 void TimeStepping::run(const Progress &progress)
 {
     if (m_slices.empty())
@@ -247,6 +258,9 @@ void TimeStepping::run(const Progress &progress)
     if (m_settings.coggingTorque)
         progress(QStringLiteral("The cogging torque is not computed on its own: a run at zero current gives it"));
     alignAxes(progress);
+    findInductances();
+    if (!m_machine.linear)
+        progress(QStringLiteral("Lself and Lmutual are those of unsaturated iron"));
     const int count = m_settings.points;
     const double period = 1.0 / electricalFrequency();
     m_positions.clear();
@@ -458,7 +472,9 @@ matvar_t *TimeStepping::results() const
         value("Lq", mean(fluxQ) / currentQ);
     else
         missing("Lq");
-    for (const char *name : {"Km", "Lself", "Lmutual", "Is", "Vs"})
+    value("Lself", m_selfInductance);
+    value("Lmutual", m_mutualInductance);
+    for (const char *name : {"Km", "Is", "Vs"})
         missing(name);
     std::vector<double> gapTorque;
     const std::size_t gaps = m_positions.empty() ? 0 : m_positions.front().gapTorque.size();

@@ -85,6 +85,10 @@ public:
     double dAxisAngle() const { return m_dAxis; }
     double rotation() const { return m_rotation; }
     double magnetFluxLinkage() const { return m_magnetFlux; }
+    // Of phase A and between phases A and B, with the iron unsaturated, at the first
+    // position: H.
+    double selfInductance() const { return m_selfInductance; }
+    double mutualInductance() const { return m_mutualInductance; }
 
     // The two variables of the answer.
     matvar_t *timesteppingData() const;
@@ -98,6 +102,7 @@ private:
     // The d-axis angle at angle 0 and the sense in which the flux linkage turns, from
     // two solves without current.
     void alignAxes(const Progress &progress);
+    void findInductances();
     std::vector<std::array<double, 3>> backEmf() const;
     // The d or q part of three phase values at a time (amplitude-invariant).
     double dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const;
@@ -109,6 +114,8 @@ private:
     double m_dAxis = 0.0;
     double m_rotation = 1.0;
     double m_magnetFlux = 0.0;
+    double m_selfInductance = 0.0;
+    double m_mutualInductance = 0.0;
 };
 
 } // namespace mcrctrl

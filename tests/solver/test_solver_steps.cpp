@@ -138,6 +138,9 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     // All current on the q-axis: its inductance follows, the d-axis one can't.
     EXPECT_GT(results.field("Lq", "Results").number("Lq"), 0.0);
     EXPECT_EQ(results.field("Ld", "Results").text, QStringLiteral("not computed"));
+    const double self = results.field("Lself", "Results").number("Lself");
+    EXPECT_GT(self, 0.0);
+    EXPECT_LT(std::abs(results.field("Lmutual", "Results").number("Lmutual")), self);
     ASSERT_EQ(data.field("Torque_maxwell", "Timesteppingdata").numbers.size(), 6u);
     // The torque from flux linkage and current follows the Maxwell torque: this machine
     // cogs, and six points per period all sit at one phase of its cogging.
