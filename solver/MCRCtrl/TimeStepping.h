@@ -74,21 +74,14 @@ public:
 
     TimeStepping(std::vector<SliceModel> slices, MachineData machine, RunSettings settings);
 
-    // The RMS phase current of one parallel path, from the current input method.
+    // The RMS phase current, from the current input method and the connection.
     double phaseCurrent() const;
-    // Flux linkages of the three phases, whole machine, one parallel path, at a
-    // mechanical angle, with phase currents.
+    // The whole machine at a mechanical angle with phase currents: torque and forces,
+    // and the flux linkages of one parallel path of each phase.
     PositionResult solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const;
 
     void run(const Progress &progress);
     const std::vector<PositionResult> &positions() const { return m_positions; }
-    double dAxisAngle() const { return m_dAxis; }
-    double rotation() const { return m_rotation; }
-    double magnetFluxLinkage() const { return m_magnetFlux; }
-    // Of phase A and between phases A and B, with the iron unsaturated, at the first
-    // position: H.
-    double selfInductance() const { return m_selfInductance; }
-    double mutualInductance() const { return m_mutualInductance; }
 
     // The two variables of the answer.
     matvar_t *timesteppingData() const;
@@ -114,6 +107,8 @@ private:
     double m_dAxis = 0.0;
     double m_rotation = 1.0;
     double m_magnetFlux = 0.0;
+    // Of phase A and between phases A and B, with the iron unsaturated, at the first
+    // position: H.
     double m_selfInductance = 0.0;
     double m_mutualInductance = 0.0;
 };
