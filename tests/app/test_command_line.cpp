@@ -117,7 +117,14 @@ TEST(CommandLine, ExportJson)
 
 TEST(CommandLine, SolverStepWithoutPluginEndsCleanly)
 {
-    expectRun({"--operation=runMStimestepping", "--exchange-file=/tmp/none.mat"}, 0, "Can't load plugin");
+    // The build puts the solver beside the program: a copy in a folder of its own has none.
+    QTemporaryDir dir;
+    ProgramRun run;
+    run.program = dir.filePath("zolvane-ds");
+    ASSERT_TRUE(QFile::copy(ZDS_EXECUTABLE, run.program));
+    ASSERT_TRUE(run.start({"--operation=runMStimestepping", "--exchange-file=/tmp/none.mat"}));
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_TRUE(run.logText().contains("Can't load plugin")) << run.logText().toStdString();
 }
 
 TEST(ExchangeFiles, EveryCallGivesANewName)

@@ -1,0 +1,99 @@
+#include "solver/MCRCtrl/MaterialFiles.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QTextStream>
+
+namespace mcrctrl {
+
+namespace {
+
+// The lines of a file by section: a tag line "<Name> (unit)" opens one.
+QMap<QString, QStringList> sectionsOf(const QString &path)
+{
+    QMap<QString, QStringList> sections;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return sections;
+    QTextStream stream(&file);
+    static const QRegularExpression tag(QStringLiteral("^<([^>]+)>"));
+    QString current;
+    while (!stream.atEnd()) {
+        const QString line = stream.readLine().trimmed();
+        const QRegularExpressionMatch match = tag.match(line);
+        if (match.hasMatch()) {
+            current = match.captured(1).toLower();
+            sections[current];
+        } else if (!current.isEmpty() && !line.isEmpty() && !line.startsWith(QLatin1Char('%'))) {
+            sections[current].append(line);
+        }
+    }
+    return sections;
+}
+
+std::optional<double> firstValue(const QMap<QString, QStringList> &sections, const QString &tag)
+{
+    const QStringList lines = sections.value(tag);
+    bool ok = false;
+    const double value = lines.isEmpty() ? 0.0 : lines.first().toDouble(&ok);
+    return ok ? std::optional<double>(value) : std::nullopt;
+}
+
+} // namespace
+
+MaterialFiles::MaterialFiles(QString folder)
+    : m_folder(std::move(folder))
+{
+}
+
+QString MaterialFiles::fileOf(const QString &kind, const QString &name) const
+{
+    QDirIterator files(m_folder + QLatin1Char('/') + kind, {name + QStringLiteral(".txt")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    return files.hasNext() ? files.next() : QString();
+}
+
+std::optional<IronData> MaterialFiles::iron(const QString &name) const
+{
+    const QString path = fileOf(QStringLiteral("Iron"), name);
+    if (path.isEmpty())
+        return std::nullopt;
+    IronData data;
+    for (const QString &line : sectionsOf(path).value(QStringLiteral("b-h curve"))) {
+        const QStringList parts = line.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+        bool hOk = false;
+        bool bOk = false;
+        if (parts.size() < 2)
+            continue;
+        const double h = parts.at(0).toDouble(&hOk);
+        const double b = parts.at(1).toDouble(&bOk);
+        if (hOk && bOk) {
+            data.h.push_back(h);
+            data.b.push_back(b);
+        }
+    }
+    if (data.h.size() < 2)
+        return std::nullopt;
+    return data;
+}
+
+std::optional<MagnetData> MaterialFiles::magnet(const QString &name) const
+{
+    const QString path = fileOf(QStringLiteral("Magnet"), name);
+    if (path.isEmpty())
+        return std::nullopt;
+    const QMap<QString, QStringList> sections = sectionsOf(path);
+    const std::optional<double> remanence = firstValue(sections, QStringLiteral("remanence"));
+    if (!remanence)
+        return std::nullopt;
+    MagnetData data;
+    data.remanence = *remanence;
+    data.relativePermeability = firstValue(sections, QStringLiteral("relative permeability")).value_or(1.0);
+    data.remanenceCoefficient =
+        firstValue(sections, QStringLiteral("temperature coefficient of remanence")).value_or(0.0) / 100.0;
+    return data;
+}
+
+} // namespace mcrctrl

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+#include <vector>
+
+namespace mcrctrl {
+
+// What the solver needs of an iron: its B-H table, A/m and T.
+struct IronData
+{
+    std::vector<double> h;
+    std::vector<double> b;
+};
+
+// What the solver needs of a magnet, at 20 degrees Celsius.
+struct MagnetData
+{
+    double remanence = 0.0;
+    double relativePermeability = 1.0;
+    // Of the remanence, per kelvin (not percent).
+    double remanenceCoefficient = 0.0;
+};
+
+// The material library files beside the program: <folder>/<kind>/<group>/<name>.txt.
+class MaterialFiles
+{
+public:
+    explicit MaterialFiles(QString folder);
+
+    // Empty when the file is not found or has no B-H table.
+    std::optional<IronData> iron(const QString &name) const;
+    // Empty when the file is not found or has no remanence.
+    std::optional<MagnetData> magnet(const QString &name) const;
+
+private:
+    QString fileOf(const QString &kind, const QString &name) const;
+
+    QString m_folder;
+};
+
+} // namespace mcrctrl

@@ -1,0 +1,89 @@
+#pragma once
+
+#include "solver/MCRCtrl/MatData.h"
+#include "solver/Problem.h"
+
+#include <array>
+#include <vector>
+
+namespace mcrctrl {
+
+// The moving band of one air gap in one slice: the rows that the two sides bring,
+// numbered by rising x, each ending on the image of its first node one period on.
+struct GapBand
+{
+    std::vector<int> statorRow;
+    std::vector<int> rotorRow;
+    int region = 0;
+    double height = 0.0;
+    bool rotorAbove = true;
+};
+
+// A coil side of a phase in one slice.
+struct PhaseSide
+{
+    int phase = 0;
+    int region = 0;
+    // Direction of the conductors, +1 along +z.
+    double sign = 1.0;
+};
+
+// The machine data that all slices share.
+struct MachineData
+{
+    int polePairs = 1;
+    double turnsPerCoil = 1.0;
+    int parallelPaths = 1;
+    bool delta = false;
+    double phaseResistance = 0.0;
+    bool linear = false;
+};
+
+// One slice of the machine as the solver sees it: the problem of the period model
+// without its moving bands, the bands, the coil sides, and which nodes move with the
+// rotor. `problemAt` gives the problem at a rotor shift along x with given phase
+// currents of one parallel path.
+class SliceModel
+{
+public:
+    int index = 0;
+    double radius = 0.0;
+    // Radial width: the depth of the 2D model, m.
+    double length = 0.0;
+    // Period width along x, m.
+    double width = 0.0;
+    double seamSign = 1.0;
+    solver::Problem base;
+    std::vector<GapBand> bands;
+    std::vector<PhaseSide> sides;
+    std::vector<double> regionArea;
+    std::vector<char> moving;
+    double turnsPerCoil = 1.0;
+
+    // The length of the segments of the band's rows where both rows have equal ones,
+    // else 0.
+    double bandSegment() const;
+    // How far the rotor's row starts after the stator's at no shift.
+    double bandOffset() const;
+    // How many copies of the model make the whole ring.
+    double copies() const;
+    solver::Problem problemAt(double shift, const std::array<double, 3> &currents) const;
+};
+
+// The names of the exchange file's variables that make the slice models.
+struct ExchangeData
+{
+    MatValue geometry;
+    MatValue mesh;
+    MatValue windings;
+    MatValue materials;
+    // Struct with the fields Properties and MaterialType, a cell per slice each.
+    MatValue subdomains;
+};
+
+MachineData readMachine(const ExchangeData &data, bool linear);
+// Throws a StepError that names the slice and region for unfit data: a region without
+// a material, a magnet without remanence, an empty winding, a mesh with a hole.
+std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine);
+
+} // namespace mcrctrl

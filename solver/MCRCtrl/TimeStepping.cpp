@@ -1,0 +1,491 @@
+#include "solver/MCRCtrl/TimeStepping.h"
+
+#include "solver/AirGapForce.h"
+#include "solver/FieldSolution.h"
+#include "solver/FluxLinkage.h"
+#include "solver/MagnetostaticSolver.h"
+
+#include <QtMath>
+#include <algorithm>
+#include <cmath>
+#include <mutex>
+#include <numeric>
+#include "base/Tbb.h"
+
+namespace mcrctrl {
+
+namespace {
+
+const QString notComputed = QStringLiteral("not computed");
+
+QString textOf(const MatValue *value)
+{
+    return value && value->kind == MatValue::Text ? value->text : QString();
+}
+
+double numberOf(const MatValue &settings, const char *name, double fallback)
+{
+    const MatValue *value = settings.findField(QString::fromLatin1(name));
+    return value && value->kind == MatValue::Numbers && value->numbers.size() == 1 ? value->numbers.front() : fallback;
+}
+
+double mean(const std::vector<double> &values)
+{
+    return values.empty() ? 0.0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
+}
+
+// The angle of the space vector of three phase values (amplitude-invariant Clarke).
+std::pair<double, double> spaceVector(const std::array<double, 3> &abc)
+{
+    const double alpha = (2.0 * abc[0] - abc[1] - abc[2]) / 3.0;
+    const double beta = (abc[1] - abc[2]) / std::sqrt(3.0);
+    return {alpha, beta};
+}
+
+double wrapped(double angle)
+{
+    return std::remainder(angle, 2.0 * M_PI);
+}
+
+} // namespace
+
+RunSettings RunSettings::from(const MatValue &settings)
+{
+    RunSettings run;
+    run.linear = textOf(settings.findField(QStringLiteral("MS_solvertype"))) == QLatin1String("Linear");
+    run.tolerance = numberOf(settings, "MS_tol", 1e-3);
+    run.points = std::max(1, int(std::lround(numberOf(settings, "MS_npoints", 1.0))));
+    run.speed = numberOf(settings, "MS_speed", 1000.0);
+    run.advanceAngle = numberOf(settings, "MS_gamma", 0.0);
+    run.currentMethod = textOf(settings.findField(QStringLiteral("MS_currentinputmethod")));
+    run.current = numberOf(settings, "MS_I", 0.0);
+    run.definedPeriod = textOf(settings.findField(QStringLiteral("MS_timeselection"))) == QLatin1String("Define time period");
+    run.coggingTorque = numberOf(settings, "MS_coggingtorque", 0.0) != 0.0;
+    run.timeFrom = numberOf(settings, "MS_timefrom", 0.0);
+    run.timeTo = numberOf(settings, "MS_timeto", 1.0);
+    if (!(run.tolerance > 0.0))
+        throw StepError(QStringLiteral("The convergence tolerance must be above 0"));
+    if (!(run.speed > 0.0))
+        throw StepError(QStringLiteral("The mechanical speed must be above 0"));
+    return run;
+}
+
+TimeStepping::TimeStepping(std::vector<SliceModel> slices, MachineData machine, RunSettings settings)
+    : m_slices(std::move(slices))
+    , m_machine(machine)
+    , m_settings(std::move(settings))
+{
+}
+
+double TimeStepping::mechanicalSpeed() const
+{
+    return 2.0 * M_PI * m_settings.speed / 60.0;
+}
+
+double TimeStepping::electricalFrequency() const
+{
+    return m_machine.polePairs * m_settings.speed / 60.0;
+}
+
+double TimeStepping::phaseCurrent() const
+{
+    const QString &method = m_settings.currentMethod;
+    const double lineToPhase = m_machine.delta ? 1.0 / std::sqrt(3.0) : 1.0;
+    if (method == QLatin1String("RMS phase current"))
+        return m_settings.current;
+    if (method == QLatin1String("RMS supply current"))
+        return m_settings.current * lineToPhase;
+    if (method == QLatin1String("Peak supply current"))
+        return m_settings.current / std::sqrt(2.0) * lineToPhase;
+    throw StepError(QStringLiteral("The current input method '%1' is not supported by this solver").arg(method));
+}
+
+std::array<double, 3> TimeStepping::currentsAt(double electricalAngle) const
+{
+    const double peak = std::sqrt(2.0) * phaseCurrent();
+    const double phasor = electricalAngle + m_rotation * (M_PI / 2.0 + qDegreesToRadians(m_settings.advanceAngle));
+    return {peak * std::cos(phasor), peak * std::cos(phasor - 2.0 * M_PI / 3.0), peak * std::cos(phasor + 2.0 * M_PI / 3.0)};
+}
+
+SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, double share)
+{
+    if (!a.converged)
+        return a;
+    if (!b.converged)
+        return b;
+    const auto mix = [share](double x, double y) { return x + share * (y - x); };
+    SliceAnswer result = a;
+    for (std::size_t phase = 0; phase < 3; ++phase)
+        result.flux[phase] = mix(a.flux[phase], b.flux[phase]);
+    for (std::size_t g = 0; g < result.torque.size(); ++g) {
+        result.torque[g] = mix(a.torque[g], b.torque[g]);
+        result.normal[g] = mix(a.normal[g], b.normal[g]);
+    }
+    result.bandArea = mix(a.bandArea, b.bandArea);
+    result.bandIntegral = mix(a.bandIntegral, b.bandIntegral);
+    result.bandMax = std::max(a.bandMax, b.bandMax);
+    return result;
+}
+
+SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const
+{
+    SliceAnswer answer;
+    const solver::SolverSettings settings{m_machine.linear, m_settings.tolerance, m_settings.maxIterations};
+    const solver::Problem problem = slice.problemAt(shift, currents);
+    const solver::Solution solution = solver::MagnetostaticSolver(problem, settings).solve();
+    answer.converged = solution.converged;
+    answer.residual = solution.residual;
+    if (!solution.converged)
+        return answer;
+    const solver::FieldSolution field(problem, solution.potential, m_machine.linear);
+    const double depth = slice.length * slice.copies();
+    for (const GapBand &band : slice.bands) {
+        const Eigen::Vector2d force = solver::airGapForce(field, {band.region}, band.height);
+        const double sense = band.rotorAbove ? 1.0 : -1.0;
+        answer.torque.push_back(sense * force.x() * depth * slice.radius);
+        answer.normal.push_back(sense * force.y() * depth);
+    }
+    for (int phase = 0; phase < 3; ++phase) {
+        std::vector<solver::CoilSide> sides;
+        for (const PhaseSide &side : slice.sides) {
+            if (side.phase == phase)
+                sides.push_back({side.region, side.sign});
+        }
+        answer.flux[std::size_t(phase)] = solver::fluxLinkage(field, sides, slice.turnsPerCoil) * depth;
+    }
+    for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
+        const int region = problem.mesh.triangles[e].region;
+        if (std::none_of(slice.bands.begin(), slice.bands.end(), [region](const GapBand &band) { return band.region == region; }))
+            continue;
+        const double b = field.fluxDensity(int(e)).norm();
+        answer.bandArea += field.area(int(e)) * slice.length;
+        answer.bandIntegral += b * field.area(int(e)) * slice.length;
+        answer.bandMax = std::max(answer.bandMax, b);
+    }
+    return answer;
+}
+
+PositionResult TimeStepping::solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const
+{
+    PositionResult result;
+    result.time = time;
+    result.currents = currents;
+    const std::size_t gaps = m_slices.front().bands.size();
+    result.gapTorque.assign(gaps, 0.0);
+    result.gapNormalForce.assign(gaps, 0.0);
+
+    std::vector<SliceAnswer> answers(m_slices.size());
+    tbb::parallel_for(std::size_t(0), m_slices.size(), [&](std::size_t s) {
+        const SliceModel &slice = m_slices[s];
+        // The band is cut well only where the rows stand in line: between two such
+        // shifts the answers are interpolated.
+        const double shift = angle * slice.radius;
+        const double segment = slice.bandSegment();
+        const double offset = slice.bandOffset();
+        const double steps = segment > 0.0 ? (shift + offset) / segment : 0.0;
+        const double lower = std::floor(steps + 1e-9);
+        const double share = steps - lower;
+        if (segment <= 0.0 || share < 1e-9) {
+            answers[s] = solveSlice(slice, segment > 0.0 ? lower * segment - offset : shift, currents);
+            return;
+        }
+        const SliceAnswer before = solveSlice(slice, lower * segment - offset, currents);
+        const SliceAnswer after = solveSlice(slice, (lower + 1.0) * segment - offset, currents);
+        answers[s] = SliceAnswer::blend(before, after, share);
+    });
+
+    double bandArea = 0.0;
+    double bandIntegral = 0.0;
+    for (std::size_t s = 0; s < answers.size(); ++s) {
+        const SliceAnswer &answer = answers[s];
+        if (!answer.converged)
+            throw StepError(QStringLiteral("The Newton iterations did not converge at position %1 (rotor at %2 deg) in slice %3: "
+                                           "the residual stayed at %4")
+                                .arg(position + 1)
+                                .arg(qRadiansToDegrees(angle), 0, 'g', 6)
+                                .arg(s + 1)
+                                .arg(answer.residual, 0, 'g', 3));
+        for (std::size_t g = 0; g < gaps && g < answer.torque.size(); ++g) {
+            result.gapTorque[g] += answer.torque[g];
+            result.gapNormalForce[g] += answer.normal[g];
+        }
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            result.fluxLinkage[phase] += answer.flux[phase];
+        bandArea += answer.bandArea;
+        bandIntegral += answer.bandIntegral;
+        result.bandFluxDensityMax = std::max(result.bandFluxDensityMax, answer.bandMax);
+    }
+    result.torque = std::accumulate(result.gapTorque.begin(), result.gapTorque.end(), 0.0);
+    result.bandFluxDensity = bandArea > 0.0 ? bandIntegral / bandArea : 0.0;
+    return result;
+}
+
+void TimeStepping::alignAxes(const Progress &progress)
+{
+    const double step = M_PI / 4.0 / m_machine.polePairs;
+    const PositionResult first = solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0);
+    const PositionResult second = solveAt(0.0, step, {0.0, 0.0, 0.0}, 0);
+    const auto [alpha0, beta0] = spaceVector(first.fluxLinkage);
+    const auto [alpha1, beta1] = spaceVector(second.fluxLinkage);
+    m_magnetFlux = std::hypot(alpha0, beta0);
+    if (m_magnetFlux <= 1e-12) {
+        progress(QStringLiteral("No magnet flux links the winding: the d-axis is taken at phase A"));
+        return;
+    }
+    m_dAxis = std::atan2(beta0, alpha0);
+    m_rotation = wrapped(std::atan2(beta1, alpha1) - m_dAxis) >= 0.0 ? 1.0 : -1.0;
+    progress(QStringLiteral("Magnet flux linkage %1 Wb, d-axis at %2 el. deg")
+                 .arg(m_magnetFlux, 0, 'g', 5)
+                 .arg(qRadiansToDegrees(m_dAxis), 0, 'f', 1));
+}
+
+void TimeStepping::findInductances()
+{
+    MachineData linear = m_machine;
+    linear.linear = true;
+    const TimeStepping unsaturated(m_slices, linear, m_settings);
+    const PositionResult none = unsaturated.solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0);
+    const PositionResult inA = unsaturated.solveAt(0.0, 0.0, {1.0, 0.0, 0.0}, 0);
+    m_selfInductance = inA.fluxLinkage[0] - none.fluxLinkage[0];
+    m_mutualInductance = inA.fluxLinkage[1] - none.fluxLinkage[1];
+}
+
+void TimeStepping::run(const Progress &progress)
+{
+    if (m_slices.empty())
+        throw StepError(QStringLiteral("There is no slice to solve"));
+    phaseCurrent();
+    if (m_settings.coggingTorque)
+        progress(QStringLiteral("The cogging torque is not computed on its own: a run at zero current gives it"));
+    alignAxes(progress);
+    findInductances();
+    if (!m_machine.linear)
+        progress(QStringLiteral("Lself and Lmutual are those of unsaturated iron"));
+    const int count = m_settings.points;
+    const double period = 1.0 / electricalFrequency();
+    m_positions.clear();
+    for (int k = 0; k < count; ++k) {
+        const double time = m_settings.definedPeriod
+                                ? m_settings.timeFrom + (count > 1 ? k * (m_settings.timeTo - m_settings.timeFrom) / (count - 1) : 0.0)
+                                : k * period / count;
+        const double angle = mechanicalSpeed() * time;
+        const double electrical = m_dAxis + m_rotation * m_machine.polePairs * angle;
+        m_positions.push_back(solveAt(time, angle, currentsAt(electrical), k));
+        progress(QStringLiteral("Position %1 of %2: torque %3 N m").arg(k + 1).arg(count).arg(m_positions.back().torque, 0, 'g', 6));
+    }
+}
+
+std::vector<std::array<double, 3>> TimeStepping::backEmf() const
+{
+    const std::size_t count = m_positions.size();
+    std::vector<std::array<double, 3>> emf;
+    if (count < 3)
+        return emf;
+    const bool periodic = !m_settings.definedPeriod;
+    const double period = 1.0 / electricalFrequency();
+    for (std::size_t k = 0; k < count; ++k) {
+        std::size_t before = k == 0 ? (periodic ? count - 1 : 0) : k - 1;
+        std::size_t after = k + 1 == count ? (periodic ? 0 : k) : k + 1;
+        double dt = m_positions[after].time - m_positions[before].time;
+        if (periodic && k == 0)
+            dt += period;
+        if (periodic && k + 1 == count)
+            dt += period;
+        std::array<double, 3> value{};
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            value[phase] = (m_positions[after].fluxLinkage[phase] - m_positions[before].fluxLinkage[phase]) / dt;
+        emf.push_back(value);
+    }
+    return emf;
+}
+
+double TimeStepping::dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const
+{
+    const auto [alpha, beta] = spaceVector(abc);
+    const double electrical = m_dAxis + m_rotation * m_machine.polePairs * mechanicalSpeed() * time;
+    return quadrature ? m_rotation * (-alpha * std::sin(electrical) + beta * std::cos(electrical))
+                      : alpha * std::cos(electrical) + beta * std::sin(electrical);
+}
+
+matvar_t *TimeStepping::timesteppingData() const
+{
+    std::vector<std::pair<QString, matvar_t *>> fields;
+    const auto series = [&](const QString &name, const std::function<double(const PositionResult &, std::size_t)> &value) {
+        std::vector<double> values;
+        for (std::size_t k = 0; k < m_positions.size(); ++k)
+            values.push_back(value(m_positions[k], k));
+        fields.emplace_back(name, mat::row(QString(), values));
+    };
+    const auto missing = [&](const QString &name) { fields.emplace_back(name, mat::text(QString(), notComputed)); };
+    const auto dq = [&](const std::array<double, 3> &abc, const PositionResult &at, bool quadrature) {
+        return dqComponent(abc, at.time, quadrature);
+    };
+    const std::vector<std::array<double, 3>> emf = backEmf();
+    const double resistance = m_machine.phaseResistance;
+
+    series(QStringLiteral("time"), [](const PositionResult &at, std::size_t) { return at.time; });
+    const char *phases = "abc";
+    for (std::size_t phase = 0; phase < 3; ++phase)
+        series(QStringLiteral("I%1").arg(QLatin1Char(phases[phase])), [phase](const PositionResult &at, std::size_t) { return at.currents[phase]; });
+    series(QStringLiteral("Id"), [&](const PositionResult &at, std::size_t) { return dq(at.currents, at, false); });
+    series(QStringLiteral("Iq"), [&](const PositionResult &at, std::size_t) { return dq(at.currents, at, true); });
+    if (emf.empty()) {
+        for (const char *name : {"Va", "Vb", "Vc"})
+            missing(QString::fromLatin1(name));
+    } else {
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            series(QStringLiteral("V%1").arg(QLatin1Char(phases[phase])), [&, phase](const PositionResult &at, std::size_t k) {
+                return resistance * at.currents[phase] + emf[k][phase];
+            });
+    }
+    missing(QStringLiteral("Vd"));
+    missing(QStringLiteral("Vq"));
+    series(QStringLiteral("Gamma"), [&](const PositionResult &, std::size_t) { return m_settings.advanceAngle; });
+    if (emf.empty()) {
+        for (const char *name : {"BackEMFa", "BackEMFb", "BackEMFc"})
+            missing(QString::fromLatin1(name));
+    } else {
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            series(QStringLiteral("BackEMF%1").arg(QLatin1Char(phases[phase])), [&, phase](const PositionResult &, std::size_t k) { return emf[k][phase]; });
+    }
+    missing(QStringLiteral("BackEMFd"));
+    missing(QStringLiteral("BackEMFq"));
+    if (emf.empty()) {
+        missing(QStringLiteral("Pinput"));
+    } else {
+        series(QStringLiteral("Pinput"), [&](const PositionResult &at, std::size_t k) {
+            double power = 0.0;
+            for (std::size_t phase = 0; phase < 3; ++phase)
+                power += (resistance * at.currents[phase] + emf[k][phase]) * at.currents[phase];
+            return power;
+        });
+    }
+    series(QStringLiteral("Pmech"), [&](const PositionResult &at, std::size_t) { return at.torque * mechanicalSpeed(); });
+    series(QStringLiteral("Ps"), [&](const PositionResult &at, std::size_t) {
+        return resistance * (at.currents[0] * at.currents[0] + at.currents[1] * at.currents[1] + at.currents[2] * at.currents[2]);
+    });
+    missing(QStringLiteral("MagnetLoss"));
+    series(QStringLiteral("Torque_maxwell"), [](const PositionResult &at, std::size_t) { return at.torque; });
+    missing(QStringLiteral("Torque_vwork"));
+    series(QStringLiteral("Torque_fluxlinkage"), [&](const PositionResult &at, std::size_t) {
+        return 1.5 * m_machine.polePairs * (dq(at.fluxLinkage, at, false) * dq(at.currents, at, true) - dq(at.fluxLinkage, at, true) * dq(at.currents, at, false));
+    });
+    missing(QStringLiteral("Torque_magnet"));
+    missing(QStringLiteral("Torque_reluctance"));
+    const std::size_t gaps = m_positions.empty() ? 0 : m_positions.front().gapTorque.size();
+    for (std::size_t g = 0; g < gaps; ++g)
+        series(QStringLiteral("Torque_airgap%1").arg(g + 1), [g](const PositionResult &at, std::size_t) { return at.gapTorque[g]; });
+    for (std::size_t phase = 0; phase < 3; ++phase)
+        series(QStringLiteral("Fluxlinkage_%1").arg(QLatin1Char(phases[phase])), [phase](const PositionResult &at, std::size_t) { return at.fluxLinkage[phase]; });
+    series(QStringLiteral("Fluxlinkage_d"), [&](const PositionResult &at, std::size_t) { return dq(at.fluxLinkage, at, false); });
+    series(QStringLiteral("Fluxlinkage_q"), [&](const PositionResult &at, std::size_t) { return dq(at.fluxLinkage, at, true); });
+    // Which rotor and stator face which gap is told by the machine type, which the
+    // slices do not carry: the forces are named only for a single gap.
+    if (gaps == 1) {
+        series(QStringLiteral("Fn_rotor"), [](const PositionResult &at, std::size_t) { return at.gapNormalForce[0]; });
+        series(QStringLiteral("Fn_stator"), [](const PositionResult &at, std::size_t) { return -at.gapNormalForce[0]; });
+    } else {
+        missing(QStringLiteral("Fn_rotor"));
+        missing(QStringLiteral("Fn_stator"));
+    }
+    return mat::structure(QStringLiteral("Timesteppingdata"), fields);
+}
+
+matvar_t *TimeStepping::results() const
+{
+    std::vector<std::pair<QString, matvar_t *>> fields;
+    const auto value = [&](const char *name, double number) { fields.emplace_back(QString::fromLatin1(name), mat::number(QString(), number)); };
+    const auto missing = [&](const char *name) { fields.emplace_back(QString::fromLatin1(name), mat::text(QString(), notComputed)); };
+
+    std::vector<double> torques;
+    std::vector<double> band;
+    double bandMax = 0.0;
+    for (const PositionResult &at : m_positions) {
+        torques.push_back(at.torque);
+        band.push_back(at.bandFluxDensity);
+        bandMax = std::max(bandMax, at.bandFluxDensityMax);
+    }
+    const double torque = mean(torques);
+    const double current = phaseCurrent();
+    const double peak = std::sqrt(2.0) * current;
+    const double gamma = qDegreesToRadians(m_settings.advanceAngle);
+    const double omega = 2.0 * M_PI * electricalFrequency();
+    const double backEmf = omega * m_magnetFlux / std::sqrt(2.0);
+
+    value("speed", m_settings.speed);
+    value("gamma", m_settings.advanceAngle);
+    value("f1", electricalFrequency());
+    value("torque", torque);
+    missing("torque_reluctance");
+    missing("torque_magnet");
+    if (torques.size() > 1 && std::abs(torque) > 0.0)
+        value("TorqueRipple", (*std::max_element(torques.begin(), torques.end()) - *std::min_element(torques.begin(), torques.end())) / std::abs(torque) * 100.0);
+    else
+        missing("TorqueRipple");
+    for (const char *name : {"CurrentDensity", "DemagH_max", "DemagHpercent_max", "Efficiency", "Error"})
+        missing(name);
+    value("Id", -peak * std::sin(gamma));
+    value("Iq", peak * std::cos(gamma));
+    missing("Pinput");
+    for (const char *name : {"Piron", "Piron_eddy", "Piron_hyst"})
+        missing(name);
+    value("Pmech", torque * mechanicalSpeed());
+    missing("PowerFactor");
+    value("Ps", 3.0 * current * current * m_machine.phaseResistance);
+    missing("Vd");
+    missing("Vq");
+    value("backEMF", backEmf);
+    missing("magnetloss_rotor");
+    missing("otherECloss_rotor");
+    value("Bav_airgap", mean(band));
+    value("Bmax_airgap", bandMax);
+    for (const char *name : {"Bav_max_tooth", "Bav_max_backiron_stator", "Bav_max_backiron_rotor"})
+        missing(name);
+    if (backEmf > 0.0) {
+        value("Kv_rms", m_settings.speed / backEmf);
+        value("Kv_rad", 1.0 / (m_machine.polePairs * m_magnetFlux));
+        value("Ke_rms", backEmf / m_settings.speed);
+        value("Ke_rad", m_machine.polePairs * m_magnetFlux);
+    } else {
+        for (const char *name : {"Kv_rms", "Kv_rad", "Ke_rms", "Ke_rad"})
+            missing(name);
+    }
+    if (current > 0.0)
+        value("Kt", torque / current);
+    else
+        missing("Kt");
+    // Apparent inductances at the operating point: the flux linkage that the current
+    // adds on its axis, over that current.
+    std::vector<double> fluxD;
+    std::vector<double> fluxQ;
+    for (const PositionResult &at : m_positions) {
+        fluxD.push_back(dqComponent(at.fluxLinkage, at.time, false));
+        fluxQ.push_back(dqComponent(at.fluxLinkage, at.time, true));
+    }
+    const double currentD = -peak * std::sin(gamma);
+    const double currentQ = peak * std::cos(gamma);
+    if (std::abs(currentD) > 1e-9 * peak && peak > 0.0)
+        value("Ld", (mean(fluxD) - m_magnetFlux) / currentD);
+    else
+        missing("Ld");
+    if (std::abs(currentQ) > 1e-9 * peak && peak > 0.0)
+        value("Lq", mean(fluxQ) / currentQ);
+    else
+        missing("Lq");
+    value("Lself", m_selfInductance);
+    value("Lmutual", m_mutualInductance);
+    for (const char *name : {"Km", "Is", "Vs"})
+        missing(name);
+    std::vector<double> gapTorque;
+    const std::size_t gaps = m_positions.empty() ? 0 : m_positions.front().gapTorque.size();
+    for (std::size_t g = 0; g < gaps; ++g) {
+        std::vector<double> values;
+        for (const PositionResult &at : m_positions)
+            values.push_back(at.gapTorque[g]);
+        gapTorque.push_back(mean(values));
+    }
+    fields.emplace_back(QStringLiteral("torque_airgap"), mat::row(QString(), gapTorque));
+    return mat::structure(QStringLiteral("Results"), fields);
+}
+
+} // namespace mcrctrl

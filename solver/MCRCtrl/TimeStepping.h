@@ -1,0 +1,116 @@
+#pragma once
+
+#include "solver/MCRCtrl/MatData.h"
+#include "solver/MCRCtrl/SliceModel.h"
+
+#include <QString>
+#include <array>
+#include <functional>
+#include <vector>
+
+struct matvar_t;
+
+namespace mcrctrl {
+
+// The analysis settings of a run.
+struct RunSettings
+{
+    bool linear = false;
+    double tolerance = 1e-3;
+    int maxIterations = 50;
+    int points = 1;
+    // rpm.
+    double speed = 1000.0;
+    // Electrical degrees, of the current phasor ahead of the q-axis.
+    double advanceAngle = 0.0;
+    QString currentMethod;
+    double current = 0.0;
+    bool definedPeriod = false;
+    bool coggingTorque = false;
+    double timeFrom = 0.0;
+    double timeTo = 1.0;
+
+    static RunSettings from(const MatValue &settings);
+};
+
+// What one rotor position gives, for the whole machine.
+struct PositionResult
+{
+    double time = 0.0;
+    std::array<double, 3> currents{};
+    std::array<double, 3> fluxLinkage{};
+    // Of the rotor in each air gap, N m, and the normal forces on the rotor, N.
+    std::vector<double> gapTorque;
+    std::vector<double> gapNormalForce;
+    double torque = 0.0;
+    // Mean |B| across the bands and the largest |B| in them.
+    double bandFluxDensity = 0.0;
+    double bandFluxDensityMax = 0.0;
+};
+
+// What one slice gives at one shift, before the slices are summed.
+struct SliceAnswer
+{
+    bool converged = true;
+    double residual = 0.0;
+    std::array<double, 3> flux{};
+    std::vector<double> torque;
+    std::vector<double> normal;
+    double bandArea = 0.0;
+    double bandIntegral = 0.0;
+    double bandMax = 0.0;
+
+    // Linear between two answers; a failed one stands for both.
+    static SliceAnswer blend(const SliceAnswer &a, const SliceAnswer &b, double share);
+};
+
+// The whole machine over the positions of a run: solves every slice at every position
+// and sums the slices. Throws a StepError that names position and slice when the
+// Newton iterations fail.
+class TimeStepping
+{
+public:
+    using Progress = std::function<void(const QString &)>;
+
+    TimeStepping(std::vector<SliceModel> slices, MachineData machine, RunSettings settings);
+
+    // The RMS phase current, from the current input method and the connection.
+    double phaseCurrent() const;
+    // The whole machine at a mechanical angle with phase currents: torque and forces,
+    // and the flux linkages of one parallel path of each phase.
+    PositionResult solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const;
+
+    void run(const Progress &progress);
+    const std::vector<PositionResult> &positions() const { return m_positions; }
+
+    // The two variables of the answer.
+    matvar_t *timesteppingData() const;
+    matvar_t *results() const;
+
+private:
+    SliceAnswer solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const;
+    double electricalFrequency() const;
+    double mechanicalSpeed() const;
+    std::array<double, 3> currentsAt(double electricalAngle) const;
+    // The d-axis angle at angle 0 and the sense in which the flux linkage turns, from
+    // two solves without current.
+    void alignAxes(const Progress &progress);
+    void findInductances();
+    std::vector<std::array<double, 3>> backEmf() const;
+    // The d or q part of three phase values at a time (amplitude-invariant).
+    double dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const;
+
+    std::vector<SliceModel> m_slices;
+    MachineData m_machine;
+    RunSettings m_settings;
+    std::vector<PositionResult> m_positions;
+    double m_dAxis = 0.0;
+    double m_rotation = 1.0;
+    double m_magnetFlux = 0.0;
+    // Of phase A and between phases A and B, with the iron unsaturated, at the first
+    // position: H.
+    double m_selfInductance = 0.0;
+    double m_mutualInductance = 0.0;
+};
+
+} // namespace mcrctrl

@@ -1,0 +1,250 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "solver/GridMesh.h"
+#include "solver/IronData.h"
+#include "solver/MCRCtrl/SliceModel.h"
+#include "solver/MCRCtrl/SliceTopology.h"
+#include "solver/MCRCtrl/TimeStepping.h"
+#include "solver/SlotlessExchange.h"
+
+using namespace mcrctrl;
+
+namespace {
+
+// A very permeable iron for linear runs: mu_r near 8e5.
+const std::vector<double> stiffH{0.0, 1.0};
+const std::vector<double> stiffB{0.0, 1.0};
+
+QString stepError(const std::function<void()> &work)
+{
+    try {
+        work();
+    } catch (const StepError &error) {
+        return error.text();
+    }
+    return QString();
+}
+
+RunSettings settings(bool linear)
+{
+    RunSettings run;
+    run.linear = linear;
+    run.tolerance = 1e-9;
+    run.currentMethod = QStringLiteral("RMS phase current");
+    return run;
+}
+
+double bandArea(const solver::Problem &problem, int region)
+{
+    double area = 0.0;
+    for (const solver::Triangle &triangle : problem.mesh.triangles) {
+        if (triangle.region == region)
+            area += solver::ElementShape(problem.mesh, triangle).area();
+    }
+    return area;
+}
+
+} // namespace
+
+// The band between the rows covers one period exactly at any shift, without a
+// degenerate triangle, and the images of moved nodes follow them with the seam sign.
+TEST(SliceTopology, BandClosesOverOnePeriodAtAnyShift)
+{
+    const GridMesh grid(GridMesh::lines({0.0, 0.05}, {20}), {0.0, 0.001});
+    for (const double shift : {0.0, 0.0011, 0.0125, 0.0499, 0.061, -0.0173}) {
+        for (const double sign : {1.0, -1.0}) {
+            solver::Problem problem;
+            problem.mesh = grid.mesh([](const Eigen::Vector2d &) { return 0; });
+            problem.mesh.triangles.clear();
+            std::vector<int> upper = grid.rowNodes(1);
+            for (const int node : upper)
+                problem.mesh.nodes[std::size_t(node)].x() += shift;
+            closeBand(problem, grid.rowNodes(0), upper, 0.05, sign, 0);
+            EXPECT_NEAR(bandArea(problem, 0), 0.05 * 0.001, 1e-12) << "shift " << shift;
+            for (const solver::Triangle &triangle : problem.mesh.triangles)
+                EXPECT_GT(solver::ElementShape(problem.mesh, triangle).area(), 1e-12);
+            for (const solver::NodePair &pair : problem.pairs) {
+                const double periods = std::round((problem.mesh.nodes[std::size_t(pair.slave)].x()
+                                                   - problem.mesh.nodes[std::size_t(pair.master)].x()) / 0.05);
+                EXPECT_DOUBLE_EQ(pair.sign, std::pow(sign, periods));
+                EXPECT_NE(periods, 0.0);
+            }
+        }
+    }
+}
+
+TEST(SliceTopology, SeamsPairSidesAndFindHoles)
+{
+    const GridMesh grid(GridMesh::lines({0.0, 0.05}, {10}), GridMesh::lines({0.0, 0.01}, {5}));
+    solver::TriangleMesh mesh = grid.mesh([](const Eigen::Vector2d &centroid) { return centroid.y() > 0.005 ? 2 : 1; });
+    Seams seams = findSeams(mesh, 0.05, -1.0, {}, 1e-9);
+    EXPECT_TRUE(seams.holeRegions.empty());
+    // Four inner rows pair across; the corners belong to the flux faces.
+    ASSERT_EQ(seams.pairs.size(), 4u);
+    for (const solver::NodePair &pair : seams.pairs) {
+        EXPECT_EQ(pair.sign, -1.0);
+        EXPECT_NEAR(mesh.nodes[std::size_t(pair.slave)].x() - mesh.nodes[std::size_t(pair.master)].x(), 0.05, 1e-12);
+    }
+    EXPECT_EQ(seams.flux.size(), 22u);
+
+    // Two triangles out of the upper region leave a hole beside it.
+    mesh.triangles.erase(mesh.triangles.begin() + 2 * (3 * 10 + 4), mesh.triangles.begin() + 2 * (3 * 10 + 4) + 2);
+    seams = findSeams(mesh, 0.05, -1.0, {}, 1e-9);
+    ASSERT_FALSE(seams.holeRegions.empty());
+    EXPECT_EQ(seams.holeRegions.front(), 2);
+}
+
+TEST(SliceModels, SlotlessModelMatchesTheClosedForms)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    const MachineData machine = readMachine(exchange.data, true);
+    std::vector<SliceModel> slices = readSlices(exchange.data, machine);
+    ASSERT_EQ(slices.size(), 1u);
+    EXPECT_EQ(slices.front().seamSign, -1.0);
+    EXPECT_NEAR(slices.front().width, SlotlessExchange::width(), 1e-12);
+    EXPECT_NEAR(slices.front().copies(), 2.0 * SlotlessExchange::polePairs, 1e-9);
+    ASSERT_EQ(slices.front().bands.size(), 1u);
+    EXPECT_FALSE(slices.front().bands.front().rotorAbove);
+    const TimeStepping stepping(slices, machine, settings(true));
+
+    // The Lorentz force on the coil; the pole's edges, where the magnets of the model and
+    // of its image meet, bring the flux under the coil a little below the closed form.
+    const PositionResult loaded = stepping.solveAt(0.0, 0.0, {100.0, 0.0, 0.0}, 0);
+    const double rated = SlotlessExchange::lorentzTorque(100.0);
+    EXPECT_NEAR(loaded.torque, rated, 0.03 * rated);
+    // Where the mesh is its own mirror image about the pole's middle, nothing pulls the
+    // rotor along at no load.
+    EXPECT_NEAR(stepping.solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0).torque, 0.0, 1e-6 * rated);
+
+    const double segment = slices.front().bandSegment() / SlotlessExchange::radius;
+    EXPECT_NEAR(segment, SlotlessExchange::width() / 80.0 / SlotlessExchange::radius, 1e-12);
+    for (const double angle : {0.0, 0.37 * segment, 7.5 * segment, -3.2 * segment}) {
+        const PositionResult result = stepping.solveAt(0.0, angle, {0.0, 0.0, 0.0}, 0);
+        EXPECT_NEAR(result.bandFluxDensity, SlotlessExchange::gapFluxDensity(), 0.01 * SlotlessExchange::gapFluxDensity())
+            << "angle " << angle;
+        EXPECT_NEAR(result.torque, 0.0, 0.02 * rated) << "angle " << angle;
+        EXPECT_GT(result.gapNormalForce.front(), 0.0) << "the magnet pulls the rotor up to the stator";
+        // The flux of the magnet links the coil, which spans the pole, whatever the shift.
+        EXPECT_GT(std::abs(result.fluxLinkage[0]), 0.0);
+    }
+}
+
+// Mutual inductances from the flux linkage of one coil when the other carries the
+// current: equal both ways, as the energy of a linear field demands.
+TEST(SliceModels, MutualInductancesAreSymmetric)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    // Two coils of half a pitch each, in the lower and the upper half of the coil layer.
+    exchange.field(exchange.data.windings, "layout2") = mat_values::cell({mat_values::matrix(1, 4, {1, 2, 3, 1})});
+    MatValue &types = exchange.field(exchange.data.subdomains, "MaterialType").items[0];
+    MatValue &properties = exchange.field(exchange.data.subdomains, "Properties").items[0];
+    types.items.push_back(mat_values::text("Winding"));
+    std::map<QString, MatValue> second = properties.elements[3];
+    second["slot"] = mat_values::number(2);
+    properties.elements.push_back(second);
+    MatValue &triangles = exchange.field(exchange.data.mesh, "t").items[0];
+    MatValue &points = exchange.field(exchange.data.mesh, "p").items[0];
+    for (int e = 0; e < triangles.columns; ++e) {
+        double x = 0.0;
+        for (int k = 0; k < 3; ++k)
+            x += points.at(0, int(triangles.at(k, e)) - 1) / 3.0;
+        if (triangles.at(3, e) == 4.0 && x > SlotlessExchange::width() / 2.0)
+            triangles.numbers[std::size_t(3 + 4 * e)] = 5.0;
+    }
+    const MachineData machine = readMachine(exchange.data, true);
+    const TimeStepping stepping(readSlices(exchange.data, machine), machine, settings(true));
+    const PositionResult none = stepping.solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0);
+    const PositionResult inA = stepping.solveAt(0.0, 0.0, {1.0, 0.0, 0.0}, 0);
+    const PositionResult inB = stepping.solveAt(0.0, 0.0, {0.0, 1.0, 0.0}, 0);
+    const double selfA = inA.fluxLinkage[0] - none.fluxLinkage[0];
+    const double mutualAB = inA.fluxLinkage[1] - none.fluxLinkage[1];
+    const double mutualBA = inB.fluxLinkage[0] - none.fluxLinkage[0];
+    EXPECT_GT(selfA, 0.0);
+    EXPECT_GT(std::abs(mutualAB), 1e-3 * selfA);
+    EXPECT_NEAR(mutualAB, mutualBA, 1e-9 * selfA);
+}
+
+TEST(SliceModels, SaturatingSlotlessModelConvergesBelowTheLinearFlux)
+{
+    const IronData iron;
+    std::vector<double> h{0.0};
+    std::vector<double> b{0.0};
+    h.insert(h.end(), iron.h.begin(), iron.h.end());
+    b.insert(b.end(), iron.b.begin(), iron.b.end());
+    SlotlessExchange exchange(h, b);
+    const MachineData machine = readMachine(exchange.data, false);
+    const TimeStepping stepping(readSlices(exchange.data, machine), machine, settings(false));
+    const PositionResult result = stepping.solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0);
+    EXPECT_LT(result.bandFluxDensity, 0.95 * SlotlessExchange::gapFluxDensity()) << "the yokes saturate";
+    EXPECT_GT(result.bandFluxDensity, 0.1);
+
+    // Iterations that end before the tolerance end the run with the position and the
+    // slice named.
+    RunSettings impossible = settings(false);
+    impossible.maxIterations = 1;
+    const TimeStepping failing(readSlices(exchange.data, machine), machine, impossible);
+    const QString error = stepError([&] { failing.solveAt(0.0, 0.01, {0.0, 0.0, 0.0}, 2); });
+    EXPECT_TRUE(error.contains("position 3")) << error.toStdString();
+    EXPECT_TRUE(error.contains("slice 1")) << error.toStdString();
+}
+
+TEST(SliceModels, UnfitInputGivesAnErrorNamingTheRegion)
+{
+    {
+        SlotlessExchange exchange(stiffH, stiffB);
+        exchange.field(exchange.data.subdomains, "MaterialType").items[0].items[2].text = QStringLiteral("Not assigned");
+        const QString error = stepError([&] { readSlices(exchange.data, readMachine(exchange.data, true)); });
+        EXPECT_TRUE(error.contains("region 3", Qt::CaseInsensitive)) << error.toStdString();
+        EXPECT_TRUE(error.contains("has no material")) << error.toStdString();
+    }
+    {
+        SlotlessExchange exchange(stiffH, stiffB);
+        exchange.data.materials.elements.front().erase(QStringLiteral("magnetBr"));
+        const QString error = stepError([&] { readSlices(exchange.data, readMachine(exchange.data, true)); });
+        EXPECT_TRUE(error.contains("region 2")) << error.toStdString();
+        EXPECT_TRUE(error.contains("no remanence")) << error.toStdString();
+    }
+    {
+        SlotlessExchange exchange(stiffH, stiffB);
+        exchange.field(exchange.data.windings, "W") = mat_values::number(0);
+        EXPECT_TRUE(stepError([&] { readMachine(exchange.data, true); }).contains("winding is empty"));
+        SlotlessExchange noCoils(stiffH, stiffB);
+        noCoils.field(noCoils.data.windings, "layout1") = mat_values::cell({mat_values::matrix(0, 0, {})});
+        EXPECT_TRUE(stepError([&] { readSlices(noCoils.data, readMachine(noCoils.data, true)); }).contains("winding is empty"));
+    }
+    {
+        // Two triangles of the stator iron (region 3) go missing.
+        SlotlessExchange exchange(stiffH, stiffB);
+        MatValue &triangles = exchange.field(exchange.data.mesh, "t").items[0];
+        const int first = 2 * (12 * 80 + 17);
+        ASSERT_EQ(triangles.numbers[std::size_t(4 * first + 3)], 3.0);
+        triangles.numbers.erase(triangles.numbers.begin() + 4 * first, triangles.numbers.begin() + 4 * (first + 2));
+        triangles.columns -= 2;
+        const QString error = stepError([&] { readSlices(exchange.data, readMachine(exchange.data, true)); });
+        EXPECT_TRUE(error.contains("hole")) << error.toStdString();
+        EXPECT_TRUE(error.contains("region 3")) << error.toStdString();
+    }
+}
+
+// The current of one phase from each way of giving it, in star and in delta.
+TEST(SliceModels, PhaseCurrentFollowsTheInputMethodAndConnection)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    MachineData machine = readMachine(exchange.data, true);
+    const std::vector<SliceModel> slices = readSlices(exchange.data, machine);
+    RunSettings run = settings(true);
+    run.current = 10.0;
+    const auto current = [&](const char *method, bool delta) {
+        run.currentMethod = QString::fromLatin1(method);
+        machine.delta = delta;
+        return TimeStepping(slices, machine, run).phaseCurrent();
+    };
+    EXPECT_DOUBLE_EQ(current("RMS phase current", true), 10.0);
+    EXPECT_DOUBLE_EQ(current("RMS supply current", false), 10.0);
+    EXPECT_DOUBLE_EQ(current("RMS supply current", true), 10.0 / std::sqrt(3.0));
+    EXPECT_DOUBLE_EQ(current("Peak supply current", false), 10.0 / std::sqrt(2.0));
+    EXPECT_DOUBLE_EQ(current("Peak supply current", true), 10.0 / std::sqrt(6.0));
+    EXPECT_TRUE(stepError([&] { current("DC supply current", false); }).contains("DC supply current"));
+}

@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QPluginLoader>
+#include <QTemporaryDir>
+#include <cmath>
+#include <memory>
+
+#include "analysis/MCRCtrl/MCRCtrlInterface.h"
+#include "solver/MCRCtrl/MatData.h"
+#include "solver/MCRCtrl/SliceModel.h"
+#include "solver/MCRCtrl/SolverSteps.h"
+#include "solver/MCRCtrl/TimeStepping.h"
+
+using namespace mcrctrl;
+
+namespace {
+
+QString programFolder()
+{
+    return QFileInfo(QStringLiteral(ZDS_EXECUTABLE)).absolutePath();
+}
+
+struct Messages
+{
+    QStringList info;
+    QStringList errors;
+
+    SolverSteps steps()
+    {
+        return SolverSteps(QStringLiteral(ZDS_EXECUTABLE), programFolder() + QStringLiteral("/assets/materials"),
+                           [this](const QString &text) { info << text; }, [this](const QString &text) { errors << text; });
+    }
+};
+
+matvar_t *settingsVariable(const QString &solverType, int points, double current, const QString &timeSelection,
+                           double timeTo)
+{
+    return mat::structure(QStringLiteral("settingsMagnetostatic"),
+                          {{QStringLiteral("MS_solvertype"), mat::text(QString(), solverType)},
+                           {QStringLiteral("MS_tol"), mat::number(QString(), 1e-4)},
+                           {QStringLiteral("MS_npoints"), mat::number(QString(), points)},
+                           {QStringLiteral("MS_speed"), mat::number(QString(), 1000.0)},
+                           {QStringLiteral("MS_gamma"), mat::number(QString(), 0.0)},
+                           {QStringLiteral("MS_currentinputmethod"), mat::text(QString(), QStringLiteral("RMS phase current"))},
+                           {QStringLiteral("MS_I"), mat::number(QString(), current)},
+                           {QStringLiteral("MS_timeselection"), mat::text(QString(), timeSelection)},
+                           {QStringLiteral("MS_timefrom"), mat::number(QString(), 0.0)},
+                           {QStringLiteral("MS_timeto"), mat::number(QString(), timeTo)}});
+}
+
+const QStringList assembled{"Geometry", "Mesh", "Windings", "RadMesh", "Materials", "SubdomainProperty"};
+
+// The example design assembled once by the first step, for all tests of the suite.
+class ExampleSteps : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        const QString design = folder->filePath(QStringLiteral("design.zva"));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva"), design));
+        assembledFile = folder->filePath(QStringLiteral("assembled.mat"));
+        writeMatFile(assembledFile, {mat::text(QStringLiteral("file"), design), mat::number(QStringLiteral("motorProps"), 0.0)});
+        assembledOk = messages.steps().assemble(assembledFile);
+    }
+
+    static void TearDownTestSuite() { folder.reset(); }
+
+    // The assembled variables and the settings, as the program hands them to the second step.
+    static QString timesteppingInput(const QString &name, matvar_t *settings)
+    {
+        const QString path = folder->filePath(name);
+        const MatReader reader(assembledFile);
+        std::vector<matvar_t *> variables{mat::text(QStringLiteral("Private"), QString()), settings};
+        for (const QString &variable : assembled)
+            variables.push_back(mat::renamed(reader.raw(variable), variable));
+        writeMatFile(path, variables);
+        return path;
+    }
+
+    static ExchangeData exchange()
+    {
+        const MatReader reader(assembledFile);
+        return {reader.value("Geometry"), reader.value("Mesh"), reader.value("Windings"), reader.value("Materials"),
+                reader.value("SubdomainProperty")};
+    }
+
+    static std::unique_ptr<QTemporaryDir> folder;
+    static QString assembledFile;
+    static bool assembledOk;
+    static Messages messages;
+};
+
+std::unique_ptr<QTemporaryDir> ExampleSteps::folder;
+QString ExampleSteps::assembledFile;
+bool ExampleSteps::assembledOk = false;
+Messages ExampleSteps::messages;
+
+} // namespace
+
+TEST_F(ExampleSteps, AssemblyGivesTheVariablesWithTheMaterialData)
+{
+    ASSERT_TRUE(assembledOk) << messages.errors.join('\n').toStdString();
+    EXPECT_TRUE(messages.errors.isEmpty());
+    const MatReader reader(assembledFile);
+    for (const QString &name : assembled)
+        EXPECT_TRUE(reader.contains(name)) << name.toStdString();
+    EXPECT_FALSE(reader.contains(QStringLiteral("Error")));
+    const MatValue materials = reader.value(QStringLiteral("Materials"));
+    EXPECT_EQ(materials.field("statorironBH", "Materials").rows, 2);
+    EXPECT_GT(materials.field("statorironBH", "Materials").columns, 10);
+    EXPECT_NEAR(materials.field("magnetBr", "Materials").number("magnetBr"), 1.3, 0.1);
+    EXPECT_EQ(materials.field("statorironmaterial", "Materials").text, QStringLiteral("M270-35A"));
+    EXPECT_TRUE(messages.info.filter(QStringLiteral("Assembled 3 slices")).size() == 1) << messages.info.join('\n').toStdString();
+}
+
+TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
+{
+    ASSERT_TRUE(assembledOk);
+    const QString path = timesteppingInput(QStringLiteral("loaded.mat"),
+                                           settingsVariable(QStringLiteral("Nonlinear"), 6, 10.0, QStringLiteral("One electrical period"), 1.0));
+    Messages run;
+    ASSERT_TRUE(run.steps().timestep(path)) << run.errors.join('\n').toStdString();
+    const MatReader reader(path);
+    EXPECT_TRUE(reader.contains(QStringLiteral("Private_out")));
+    const MatValue results = reader.value(QStringLiteral("Results"));
+    const MatValue data = reader.value(QStringLiteral("Timesteppingdata"));
+
+    const double torque = results.field("torque", "Results").number("torque");
+    EXPECT_GT(torque, 0.0) << "current on the q-axis drives the rotor";
+    EXPECT_NEAR(results.field("f1", "Results").number("f1"), 5 * 1000.0 / 60.0, 1e-9);
+    EXPECT_EQ(results.field("Efficiency", "Results").text, QStringLiteral("not computed"));
+    EXPECT_EQ(data.field("Torque_vwork", "Timesteppingdata").text, QStringLiteral("not computed"));
+    // All current on the q-axis: its inductance follows, the d-axis one can't.
+    EXPECT_GT(results.field("Lq", "Results").number("Lq"), 0.0);
+    EXPECT_EQ(results.field("Ld", "Results").text, QStringLiteral("not computed"));
+    const double self = results.field("Lself", "Results").number("Lself");
+    EXPECT_GT(self, 0.0);
+    EXPECT_LT(std::abs(results.field("Lmutual", "Results").number("Lmutual")), self);
+    ASSERT_EQ(data.field("Torque_maxwell", "Timesteppingdata").numbers.size(), 6u);
+    // The torque from flux linkage and current follows the Maxwell torque: this machine
+    // cogs, and six points per period all sit at one phase of its cogging.
+    const std::vector<double> &byFlux = data.field("Torque_fluxlinkage", "Timesteppingdata").numbers;
+    ASSERT_EQ(byFlux.size(), 6u);
+    EXPECT_NEAR(byFlux.front(), torque, 0.1 * torque);
+
+    // A balanced winding: phase B is phase A a third of a period later (two of the six
+    // points), in one order or the other.
+    const std::vector<double> &a = data.field("Fluxlinkage_a", "Timesteppingdata").numbers;
+    const std::vector<double> &b = data.field("Fluxlinkage_b", "Timesteppingdata").numbers;
+    ASSERT_EQ(a.size(), 6u);
+    double lagging = 0.0;
+    double leading = 0.0;
+    for (std::size_t k = 0; k < 6; ++k) {
+        lagging = std::max(lagging, std::abs(b[k] - a[(k + 4) % 6]));
+        leading = std::max(leading, std::abs(b[k] - a[(k + 2) % 6]));
+    }
+    EXPECT_LT(std::min(lagging, leading), 0.01 * std::abs(a[0]) + 1e-6);
+    const double emf = results.field("backEMF", "Results").number("backEMF");
+    const std::vector<double> &emfA = data.field("BackEMFa", "Timesteppingdata").numbers;
+    double peak = 0.0;
+    for (const double value : emfA)
+        peak = std::max(peak, std::abs(value));
+    EXPECT_NEAR(peak, std::sqrt(2.0) * emf, 0.25 * peak) << "the loaded EMF is near the magnets' own";
+}
+
+TEST_F(ExampleSteps, MutualInductancesOfTheExampleAreSymmetric)
+{
+    ASSERT_TRUE(assembledOk);
+    const ExchangeData data = exchange();
+    const MachineData machine = readMachine(data, true);
+    RunSettings settings;
+    settings.linear = true;
+    settings.currentMethod = QStringLiteral("RMS phase current");
+    const TimeStepping stepping(readSlices(data, machine), machine, settings);
+    const PositionResult none = stepping.solveAt(0.0, 0.01, {0.0, 0.0, 0.0}, 0);
+    const PositionResult inA = stepping.solveAt(0.0, 0.01, {1.0, 0.0, 0.0}, 0);
+    const PositionResult inB = stepping.solveAt(0.0, 0.01, {0.0, 1.0, 0.0}, 0);
+    const double selfA = inA.fluxLinkage[0] - none.fluxLinkage[0];
+    const double mutualAB = inA.fluxLinkage[1] - none.fluxLinkage[1];
+    const double mutualBA = inB.fluxLinkage[0] - none.fluxLinkage[0];
+    EXPECT_GT(selfA, 0.0);
+    EXPECT_NEAR(mutualAB, mutualBA, 1e-6 * selfA);
+}
+
+TEST_F(ExampleSteps, CoggingTorqueAveragesToNothingOverItsPeriod)
+{
+    ASSERT_TRUE(assembledOk);
+    // Twelve slots and ten poles cog with a period of 6 mechanical degrees: 1 ms at 1000 rpm.
+    const int points = 12;
+    const QString path = timesteppingInput(QStringLiteral("cogging.mat"),
+                                           settingsVariable(QStringLiteral("Linear"), points + 1, 0.0,
+                                                            QStringLiteral("Define time period"), 1e-3));
+    Messages run;
+    ASSERT_TRUE(run.steps().timestep(path)) << run.errors.join('\n').toStdString();
+    const std::vector<double> torque = MatReader(path).value("Timesteppingdata").field("Torque_maxwell", "Timesteppingdata").numbers;
+    ASSERT_EQ(torque.size(), std::size_t(points + 1));
+    double sum = 0.0;
+    double peak = 0.0;
+    for (int k = 0; k < points; ++k) {
+        sum += torque[std::size_t(k)];
+        peak = std::max(peak, std::abs(torque[std::size_t(k)]));
+    }
+    EXPECT_GT(peak, 0.1);
+    EXPECT_NEAR(sum / points, 0.0, 0.03 * peak);
+    // The last point is a period on from the first, where the band is cut otherwise.
+    EXPECT_NEAR(torque.back(), torque.front(), 0.05 * peak);
+}
+
+TEST(SolverSteps, MissingDesignIsAnErrorInTheExchangeFile)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("step.mat"));
+    writeMatFile(path, {mat::text(QStringLiteral("file"), folder.filePath(QStringLiteral("none.zva"))),
+                        mat::number(QStringLiteral("motorProps"), 0.0)});
+    Messages messages;
+    EXPECT_FALSE(messages.steps().assemble(path));
+    ASSERT_EQ(messages.errors.size(), 1);
+    EXPECT_TRUE(messages.errors.front().contains(QStringLiteral("none.zva")));
+    const MatReader reader(path);
+    EXPECT_EQ(reader.value(QStringLiteral("Error")).text, messages.errors.front());
+    EXPECT_FALSE(reader.contains(QStringLiteral("Mesh")));
+}
+
+// The plug-in beside the program is the one the program loads by its base name.
+TEST(SolverSteps, PluginBesideTheProgramLoads)
+{
+    QPluginLoader loader(programFolder() + QStringLiteral("/MCRCtrl"));
+    ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
+    auto *solver = qobject_cast<MCRCtrlInterface *>(loader.instance());
+    ASSERT_NE(solver, nullptr);
+
+    struct Console : MCRCtrlInterface::Console
+    {
+        QStringList errors;
+        void info(const QString &) override {}
+        void error(const QString &text) override { errors << text; }
+    } console;
+    solver->setConsole(&console);
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("step.mat"));
+    writeMatFile(path, {mat::text(QStringLiteral("Private"), QString())});
+    solver->runMStimestepping(path);
+    ASSERT_EQ(console.errors.size(), 1);
+    EXPECT_TRUE(console.errors.front().contains(QStringLiteral("Geometry")));
+    solver->setConsole(nullptr);
+    loader.unload();
+}
