@@ -526,12 +526,7 @@ void DocumentWindow::connectAnalysisOverlay()
             m_overlay->setStatus(text);
     });
     connect(analysis, &MagnetostaticAnalysis::analysisStoped, this, [this] {
-        if (m_overlay) {
-            // The fade runs events: the overlay may be replaced meanwhile.
-            QPointer<GlassWidget> overlay = m_overlay;
-            overlay->setMessage(tr("Analysis completed"), QString());
-            delete overlay;
-        }
+        delete m_overlay;
         updateTab();
         emit aboutToUpdateUI();
     });

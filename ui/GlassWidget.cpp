@@ -2,13 +2,11 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QEventLoop>
 #include <QGraphicsBlurEffect>
 #include <QGraphicsOpacityEffect>
 #include <QGraphicsPixmapItem>
 #include <QGraphicsScene>
 #include <QPainter>
-#include <QParallelAnimationGroup>
 #include <QPropertyAnimation>
 #include <QVBoxLayout>
 
@@ -137,39 +135,27 @@ void GlassWidget::setStatus(const QString &status)
 
 void GlassWidget::changeTexts(const QList<QPair<Text *, QString>> &changes)
 {
-    QList<Text *> shown;
     for (const auto &change : changes) {
-        if (!change.first->plain.isEmpty())
-            shown.append(change.first);
-    }
-    fade(shown, 1.0, 0.0, 300);
-    QList<Text *> coming;
-    for (const auto &change : changes) {
-        change.first->plain = change.second;
-        change.first->label->setText(framed(change.second));
+        Text *text = change.first;
+        if (text->plain == change.second)
+            continue;
+        text->plain = change.second;
+        text->label->setText(framed(change.second));
+        // The new text fades in without a local event loop: messages may come faster
+        // than any fade, and none of them may wait for it.
         if (!change.second.isEmpty())
-            coming.append(change.first);
+            fadeIn(text);
     }
     m_spinner->setVisible(!m_message.plain.isEmpty() || !m_note.plain.isEmpty());
-    fade(coming, 0.0, 1.0, 500);
 }
 
-void GlassWidget::fade(const QList<Text *> &texts, double from, double to, int milliseconds)
+void GlassWidget::fadeIn(Text *text)
 {
-    if (texts.isEmpty())
-        return;
-    QParallelAnimationGroup group;
-    for (Text *text : texts) {
-        auto *animation = new QPropertyAnimation(text->effect, "opacity", &group);
-        animation->setDuration(milliseconds);
-        animation->setStartValue(from);
-        animation->setEndValue(to);
-        group.addAnimation(animation);
-    }
-    QEventLoop loop;
-    connect(&group, &QAbstractAnimation::finished, &loop, &QEventLoop::quit);
-    group.start();
-    loop.exec();
+    auto *animation = new QPropertyAnimation(text->effect, "opacity", this);
+    animation->setDuration(500);
+    animation->setStartValue(0.0);
+    animation->setEndValue(1.0);
+    animation->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 bool GlassWidget::eventFilter(QObject *watched, QEvent *event)

@@ -6,8 +6,7 @@ class ProgressIndicator;
 class QGraphicsOpacityEffect;
 
 // A frosted pane over a widget while long work goes on: a message and a note in the
-// middle, a status at the bottom, and a spinner. Changing a text fades the old one out
-// and the new one in, in local event loops: callers must expect events meanwhile.
+// middle, a status at the bottom, and a spinner. A new text fades in.
 class GlassWidget : public QLabel
 {
     Q_OBJECT
@@ -38,7 +37,7 @@ private:
     Text makeText(int pointSizeFactorPercent);
     void fitToParent();
     void renderBackground();
-    void fade(const QList<Text *> &texts, double from, double to, int milliseconds);
+    void fadeIn(Text *text);
     void changeTexts(const QList<QPair<Text *, QString>> &changes);
 
     Text m_message;

@@ -15,6 +15,7 @@
 namespace {
 
 const QString invalidStyle = QStringLiteral("QLineEdit {border: 1px solid red;}");
+const QString noteStyle = QStringLiteral("QLineEdit {color: gray; font-style: italic;}");
 
 // Rows that a single-point run leaves empty.
 const QStringList notForSinglePoint = {
@@ -219,6 +220,12 @@ void MagnetostaticResultWidget::resultsChanged()
 
 void MagnetostaticResultWidget::showValue(QLineEdit *editor, const QVariant &value) const
 {
+    // A text is the solver's note on the row, such as "not computed".
+    if (value.type() == QVariant::String) {
+        editor->setText(value.toString());
+        editor->setStyleSheet(noteStyle);
+        return;
+    }
     bool valid = false;
     const double number = value.toDouble(&valid);
     if (valid && std::isfinite(number)) {

@@ -192,7 +192,10 @@ TEST_F(AnalysisPageTest, ResultsFillTheirRowsMarkInvalidValuesAndNameUnknownKeys
     EXPECT_TRUE(efficiency->styleSheet().contains(QStringLiteral("red")));
     EXPECT_TRUE(log.contains(QStringLiteral("Not found editor for somethingNew")));
 
-    storeSolverOutput(QStringLiteral("Results"), {{QStringLiteral("Efficiency"), 93.5}});
+    storeSolverOutput(QStringLiteral("Results"), {{QStringLiteral("Efficiency"), 93.5},
+                                                  {QStringLiteral("Piron"), QStringLiteral("not computed")}});
+    EXPECT_EQ(widget.editor(QStringLiteral("Piron"))->text(), QStringLiteral("not computed"));
+    EXPECT_FALSE(widget.editor(QStringLiteral("Piron"))->styleSheet().contains(QStringLiteral("red")));
     EXPECT_EQ(efficiency->text(), QStringLiteral("93.5"));
     EXPECT_TRUE(efficiency->styleSheet().isEmpty());
     EXPECT_TRUE(widget.editor(QStringLiteral("torque"))->text().isEmpty());

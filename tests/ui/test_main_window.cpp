@@ -1,3 +1,7 @@
+#include <cmath>
+#include <QLineEdit>
+#include "analysis/MagnetostaticAnalysis.h"
+#include "analysis/DriveSettings.h"
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -32,6 +36,8 @@
 #include "meshing/Mesh.h"
 #include "ui/CommandStackView.h"
 #include "ui/DocumentWindow.h"
+#include "ui/GlassWidget.h"
+#include "ui/MagnetostaticResultWidget.h"
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
@@ -410,6 +416,33 @@ TEST_F(MainWindowTest, InDebugModeTheAnalysisPageShowsItsSettingsResultsAndRunAc
     EXPECT_TRUE(page->isVisible());
     EXPECT_TRUE(action("actionRunAnalysis")->isEnabled());
     EXPECT_FALSE(action("actionZoomIn")->isEnabled());
+}
+
+TEST_F(MainWindowTest, TheRunActionAnalysesTheDesignAndTheResultsPageShowsTheSolversValues)
+{
+    QTemporaryDir home;
+    const QByteArray previousDataHome = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    trigger("actionToggleDebugMode");
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    Document *document = opened->document();
+    document->analysis()->setSolverProgram(QStringLiteral(ZDS_EXECUTABLE));
+    document->driveSettings()->setCurrentSupplyRMS(10.0);
+    opened->findChild<QToolBox *>("toolBoxEditors")->setCurrentIndex(3);
+    ASSERT_TRUE(action("actionRunAnalysis")->isEnabled());
+
+    trigger("actionRunAnalysis");
+    qputenv("XDG_DATA_HOME", previousDataHome);
+    EXPECT_FALSE(document->analysis()->isRunning());
+    auto *results = opened->findChild<MagnetostaticResultWidget *>();
+    ASSERT_NE(results, nullptr);
+    bool numeric = false;
+    const double torque = results->editor(QStringLiteral("torque"))->text().toDouble(&numeric);
+    EXPECT_TRUE(numeric) << results->editor(QStringLiteral("torque"))->text().toStdString();
+    EXPECT_GT(std::abs(torque), 0.0);
+    EXPECT_EQ(results->editor(QStringLiteral("speed"))->text(), QStringLiteral("1000"));
+    EXPECT_EQ(opened->findChild<GlassWidget *>(), nullptr) << "the overlay goes with the run";
 }
 
 TEST_F(MainWindowTest, TheUndoDropDownUndoesUpToThePressedCommand)
