@@ -22,6 +22,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStyle>
+#include <QTimer>
 #include <QToolBox>
 #include <QVBoxLayout>
 
@@ -529,6 +530,8 @@ void DocumentWindow::connectAnalysisOverlay()
         delete m_overlay;
         updateTab();
         emit aboutToUpdateUI();
+        if (m_closeAfterRun)
+            QTimer::singleShot(0, this, &QWidget::close);
     });
 }
 
@@ -759,6 +762,20 @@ bool DocumentWindow::canRedo() const
 
 void DocumentWindow::closeEvent(QCloseEvent *event)
 {
+    // The run holds the document until its steps end: the window closes after it.
+    MagnetostaticAnalysis *analysis = m_document->analysis();
+    if (analysis->isRunning()) {
+        event->ignore();
+        const auto answer = MessageBox::question(
+            this, QCoreApplication::applicationName(),
+            tr("<b>The analysis of '%1' is running.\nStop it and close the design?</b>")
+                .arg(QFileInfo(m_document->filePath()).completeBaseName()));
+        if (answer != QMessageBox::Yes)
+            return;
+        m_closeAfterRun = true;
+        analysis->stop();
+        return;
+    }
     bool close = true;
     if (m_document->isModified()) {
         const auto answer = MessageBox::warning(

@@ -124,4 +124,6 @@ private:
     QList<Document::Mode> m_pageModes;
     // Over the window while the analysis runs.
     QPointer<GlassWidget> m_overlay;
+    // The user closed the window during a run and stopped it.
+    bool m_closeAfterRun = false;
 };

@@ -1,3 +1,5 @@
+#include <QPointer>
+#include <QTimer>
 #include <cmath>
 #include <QLineEdit>
 #include "analysis/MagnetostaticAnalysis.h"
@@ -443,6 +445,19 @@ TEST_F(MainWindowTest, TheRunActionAnalysesTheDesignAndTheResultsPageShowsTheSol
     EXPECT_GT(std::abs(torque), 0.0);
     EXPECT_EQ(results->editor(QStringLiteral("speed"))->text(), QStringLiteral("1000"));
     EXPECT_EQ(opened->findChild<GlassWidget *>(), nullptr) << "the overlay goes with the run";
+
+    // Closing during a run asks, stops the run, and closes once it has ended.
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    QPointer<DocumentWindow> closing = opened;
+    MessageBox::answerNextBoxes({QMessageBox::Yes, QMessageBox::Discard});
+    QTimer::singleShot(200, opened, [opened] { opened->parentWidget()->close(); });
+    trigger("actionRunAnalysis");
+    qputenv("XDG_DATA_HOME", previousDataHome);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTest::qWait(100);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(closing.isNull());
+    EXPECT_EQ(window->currentDocumentWindow(), nullptr);
 }
 
 TEST_F(MainWindowTest, TheUndoDropDownUndoesUpToThePressedCommand)
