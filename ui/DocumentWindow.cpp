@@ -515,6 +515,9 @@ void DocumentWindow::connectAnalysisOverlay()
     connect(analysis, &MagnetostaticAnalysis::analysisStarted, this, [this] {
         delete m_overlay;
         m_overlay = new GlassWidget(tr("Analysis running..."), this);
+        QPushButton *stop = m_overlay->addButton(tr("Stop analysis"));
+        stop->setObjectName(QStringLiteral("buttonStopAnalysis"));
+        connect(stop, &QPushButton::clicked, m_document->analysis(), &MagnetostaticAnalysis::stop);
         updateTab();
         emit aboutToUpdateUI();
     });

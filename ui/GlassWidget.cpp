@@ -8,6 +8,7 @@
 #include <QGraphicsScene>
 #include <QPainter>
 #include <QPropertyAnimation>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/Controls/ProgressIndicator.h"
@@ -59,13 +60,13 @@ GlassWidget::GlassWidget(const QString &message, QWidget *parent, bool spinning)
     m_spinner->setAnimationDelay(100);
     m_spinner->setFixedSize(48, 48);
 
-    auto *layout = new QVBoxLayout(this);
-    layout->addStretch();
-    layout->addWidget(m_message.label);
-    layout->addWidget(m_spinner, 0, Qt::AlignHCenter);
-    layout->addWidget(m_note.label);
-    layout->addStretch();
-    layout->addWidget(m_status, 0, Qt::AlignHCenter | Qt::AlignBottom);
+    m_layout = new QVBoxLayout(this);
+    m_layout->addStretch();
+    m_layout->addWidget(m_message.label);
+    m_layout->addWidget(m_spinner, 0, Qt::AlignHCenter);
+    m_layout->addWidget(m_note.label);
+    m_layout->addStretch();
+    m_layout->addWidget(m_status, 0, Qt::AlignHCenter | Qt::AlignBottom);
 
     m_message.plain = message;
     m_message.label->setText(framed(message));
@@ -131,6 +132,14 @@ void GlassWidget::setNote(const QString &note)
 void GlassWidget::setStatus(const QString &status)
 {
     m_status->setText(status);
+}
+
+QPushButton *GlassWidget::addButton(const QString &text)
+{
+    auto *button = new QPushButton(text, this);
+    // Under the note, above the stretch that keeps the texts in the middle.
+    m_layout->insertWidget(m_layout->indexOf(m_note.label) + 1, button, 0, Qt::AlignHCenter);
+    return button;
 }
 
 void GlassWidget::changeTexts(const QList<QPair<Text *, QString>> &changes)

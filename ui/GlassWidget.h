@@ -4,6 +4,8 @@
 
 class ProgressIndicator;
 class QGraphicsOpacityEffect;
+class QPushButton;
+class QVBoxLayout;
 
 // A frosted pane over a widget while long work goes on: a message and a note in the
 // middle, a status at the bottom, and a spinner. A new text fades in.
@@ -22,6 +24,8 @@ public:
     void setMessage(const QString &message, const QString &note);
     void setNote(const QString &note);
     void setStatus(const QString &status);
+    // A button under the note, for the one thing the user may do meanwhile.
+    QPushButton *addButton(const QString &text);
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -43,5 +47,6 @@ private:
     Text m_message;
     Text m_note;
     QLabel *m_status;
+    QVBoxLayout *m_layout;
     ProgressIndicator *m_spinner;
 };

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGraphicsPathItem>
+#include <QGraphicsSceneMouseEvent>
 #include <QGridLayout>
 #include <QVBoxLayout>
 #include <QLabel>
@@ -30,6 +31,8 @@ public:
     }
 
     QRectF boundingRect() const override { return m_subdomain->path().boundingRect(); }
+    QPainterPath shape() const override { return m_subdomain->path(); }
+    const Subdomain &subdomain() const { return *m_subdomain; }
 
     void paint(QPainter *painter, const QStyleOptionGraphicsItem *option, QWidget *) override
     {
@@ -102,6 +105,24 @@ void MeshScene::setSwitches(const GraphicsMeshItem::Switches &switches, bool pro
         item->setVisible(problems);
 }
 
+QString MeshScene::regionAt(const QPointF &point) const
+{
+    for (QGraphicsItem *item : items(point)) {
+        if (auto *region = dynamic_cast<SubdomainItem *>(item)) {
+            const Subdomain &subdomain = region->subdomain();
+            const QString material = subdomain.material() ? subdomain.material()->description() : tr("no material");
+            return tr("Region %1: %2").arg(subdomain.id()).arg(material);
+        }
+    }
+    return {};
+}
+
+void MeshScene::mousePressEvent(QGraphicsSceneMouseEvent *event)
+{
+    QGraphicsScene::mousePressEvent(event);
+    emit regionClicked(regionAt(event->scenePos()));
+}
+
 void MeshScene::setErrorFlag(bool error)
 {
     m_error = error;
@@ -122,6 +143,7 @@ MeshViewer::MeshViewer(Document *document, QWidget *parent)
     , m_view(new RuleZoomViewer(this))
     , m_scene(new MeshScene(this))
     , m_generating(new QLabel(tr("Generating mesh..."), m_view))
+    , m_region(new QLabel(this))
     , m_switches(new QWidget(this))
 {
     setObjectName(QStringLiteral("MeshViewer"));
@@ -146,7 +168,10 @@ MeshViewer::MeshViewer(Document *document, QWidget *parent)
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_models, 0, 0);
+    m_region->setObjectName(QStringLiteral("labelRegion"));
+    layout->addWidget(m_region, 0, 1);
     layout->addWidget(m_view, 1, 0, 1, 2);
+    connect(m_scene, &MeshScene::regionClicked, m_region, &QLabel::setText);
     layout->setColumnStretch(1, 1);
 
     Mesh *mesh = m_document->mesh();

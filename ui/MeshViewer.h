@@ -32,9 +32,15 @@ public:
     Counts counts() const { return m_counts; }
     // A tint over the view while the model is in error.
     void setErrorFlag(bool error);
+    // What the region at a point of the scene is made of; empty outside every region.
+    QString regionAt(const QPointF &point) const;
+
+signals:
+    void regionClicked(const QString &text);
 
 protected:
     void drawForeground(QPainter *painter, const QRectF &rect) override;
+    void mousePressEvent(QGraphicsSceneMouseEvent *event) override;
 
 private:
     GraphicsMeshItem *m_meshItem = nullptr;
@@ -54,6 +60,7 @@ public:
     RuleZoomViewer *view() const { return m_view; }
     MeshScene *scene() const { return m_scene; }
     QComboBox *models() const { return m_models; }
+    QLabel *regionLabel() const { return m_region; }
     // The switches of what is drawn, for the page to place beside the view.
     QWidget *switches() const { return m_switches; }
 
@@ -75,6 +82,7 @@ private:
     RuleZoomViewer *m_view;
     MeshScene *m_scene;
     QLabel *m_generating;
+    QLabel *m_region;
     QWidget *m_switches;
     QCheckBox *m_edges = nullptr;
     QCheckBox *m_nodes = nullptr;

@@ -446,6 +446,16 @@ TEST_F(MainWindowTest, TheRunActionAnalysesTheDesignAndTheResultsPageShowsTheSol
     EXPECT_EQ(results->editor(QStringLiteral("speed"))->text(), QStringLiteral("1000"));
     EXPECT_EQ(opened->findChild<GlassWidget *>(), nullptr) << "the overlay goes with the run";
 
+    // The overlay's button stops a run; the results of the last one stay.
+    qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
+    QTimer::singleShot(200, opened, [opened] {
+        if (auto *stop = opened->findChild<QPushButton *>("buttonStopAnalysis"))
+            QTest::mouseClick(stop, Qt::LeftButton);
+    });
+    trigger("actionRunAnalysis");
+    EXPECT_FALSE(document->analysis()->isRunning());
+    EXPECT_EQ(results->editor(QStringLiteral("speed"))->text(), QStringLiteral("1000"));
+
     // Closing during a run asks, stops the run, and closes once it has ended.
     qputenv("XDG_DATA_HOME", home.path().toLocal8Bit());
     QPointer<DocumentWindow> closing = opened;

@@ -13,6 +13,7 @@
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "document/UndoStack.h"
+#include "meshing/GeometryData.h"
 #include "meshing/Mesh.h"
 #include "support/LogCatcher.h"
 #include "ui/Controls/NumberEdit.h"
@@ -90,6 +91,13 @@ TEST_F(MeshPageTest, ThePageMakesTheMeshesAndDrawsEachModelWithItsCounts)
     // A planar triangulation of a region with holes: E = V + T - 1 + holes, so E > T.
     EXPECT_GT(slice.edges, slice.triangles);
     const int slicePixels = darkPixels(viewer->view()->grab().toImage());
+
+    // A click on a region names its material.
+    const QSharedPointer<Subdomain> first = document->mesh()->geometrySlices().first().subdomains.first();
+    const QPoint click = viewer->view()->mapFromScene(first->polylabelPoint());
+    QTest::mouseClick(viewer->view()->viewport(), Qt::LeftButton, Qt::NoModifier, click);
+    EXPECT_TRUE(viewer->regionLabel()->text().startsWith(QStringLiteral("Region %1: ").arg(first->id())))
+        << viewer->regionLabel()->text().toStdString();
     EXPECT_GT(slicePixels, 500);
 
     models->setCurrentIndex(models->count() - 1);

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -97,6 +98,8 @@ TEST(DocumentWindowOverlayTest, ARunningAnalysisCoversTheWindowUntilItStops)
     EXPECT_EQ(glass->message(), QStringLiteral("Analysis running..."));
     emit analysis->analysisProgress(QStringLiteral("runMStimestepping (2/2)"));
     EXPECT_EQ(glass->status(), QStringLiteral("runMStimestepping (2/2)"));
+
+    EXPECT_TRUE(glass->findChild<QPushButton *>(QStringLiteral("buttonStopAnalysis")));
 
     emit analysis->analysisStoped();
     EXPECT_EQ(window.findChild<GlassWidget *>(), nullptr);
