@@ -16,6 +16,7 @@
 #include "analysis/DriveSettings.h"
 #include "analysis/MAT_Parcer.h"
 #include "analysis/MagnetostaticAnalysis.h"
+#include "base/SafeWrite.h"
 #include "base/ScriptConsole.h"
 #include "base/StreamChecks.h"
 #include "base/UserMessage.h"
@@ -97,22 +98,19 @@ bool readSimulationData(const QByteArray &stored, qint32 version, QByteArray &da
 // A MAT file that says "no simulation data" to a parent program.
 bool writeDummyMatFile(const QString &path)
 {
-    const QString temporary = path + QStringLiteral(".part");
-    const QByteArray temporaryName = QFile::encodeName(QDir::toNativeSeparators(temporary));
+    SafeWrite::Replacement replacement(path);
+    const QByteArray temporaryName = QFile::encodeName(QDir::toNativeSeparators(replacement.temporaryPath()));
     mat_t *mat = Mat_CreateVer(temporaryName.constData(), nullptr, MAT_FT_MAT5);
     if (!mat)
-        return false;
+        return SafeWrite::failed(path, QStringLiteral("the MAT file can't be made"));
     size_t dims[2] = {1, 1};
     matvar_t *dummy = Mat_VarCreateStruct("Dummy", 2, dims, nullptr, 0);
     const bool written = dummy && Mat_VarWrite(mat, dummy, MAT_COMPRESSION_NONE) == 0;
     Mat_VarFree(dummy);
     Mat_Close(mat);
-    if (!written) {
-        QFile::remove(temporary);
-        return false;
-    }
-    QFile::remove(path);
-    return QFile::rename(temporary, path);
+    if (!written)
+        return SafeWrite::failed(path, QStringLiteral("the MAT variable can't be written"));
+    return replacement.commit();
 }
 
 } // namespace
@@ -145,10 +143,12 @@ bool Document::save(const QString &path, const QImage *picture)
 {
     if (QFileInfo::exists(path) && !isModified() && !m_modeChangedSinceSave)
         return true;
+    if (!SafeWrite::mayWrite(path))
+        return false;
     // Written beside the target and renamed over it only when complete.
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return false;
+        return SafeWrite::failed(path, file.errorString());
     QDataStream out(&file);
     out.setVersion(streamVersion);
 
@@ -159,8 +159,12 @@ bool Document::save(const QString &path, const QImage *picture)
     } else {
         writeDocumentForm(out);
     }
-    if (out.status() != QDataStream::Ok || !file.commit())
-        return false;
+    if (out.status() != QDataStream::Ok) {
+        file.cancelWriting();
+        return SafeWrite::failed(path, file.errorString());
+    }
+    if (!file.commit())
+        return SafeWrite::failed(path, file.errorString());
     setModified(false);
     m_modeChangedSinceSave = false;
     return true;
@@ -368,6 +372,8 @@ bool Document::loadDataSimulationFromFile(const QString &path)
 
 bool Document::saveDataSimulationToFile(const QString &path) const
 {
+    if (!SafeWrite::mayWrite(path))
+        return false;
     if (m_dataMA.isEmpty())
         return writeDummyMatFile(path);
     QSaveFile file(path);
@@ -380,24 +386,28 @@ bool Document::saveDataSimulationToFile(const QString &path) const
         file.cancelWriting();
         return false;
     }
-    return file.commit();
+    return file.commit() || SafeWrite::failed(path, file.errorString());
 }
 
 bool Document::exportToJson(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
+    if (!SafeWrite::mayWrite(path))
+        return false;
     const WaitCursor waitCursor;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return false;
+        return SafeWrite::failed(path, file.errorString());
     const QJsonObject json{{QStringLiteral("fileType"), QStringLiteral("Zolvane")}};
     file.write(QJsonDocument(json).toJson(QJsonDocument::Indented));
-    return file.commit();
+    return file.commit() || SafeWrite::failed(path, file.errorString());
 }
 
 bool Document::writeExchangeFile(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
+    if (!SafeWrite::mayWrite(path))
+        return false;
     const WaitCursor waitCursor;
     ensureData();
     MAT_Parcer parcer(this);

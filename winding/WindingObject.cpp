@@ -3,6 +3,7 @@
 #include <QDataStream>
 #include <QDebug>
 #include <QFile>
+#include <QSaveFile>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -11,6 +12,7 @@
 #include "QmlScripting/ScriptDescribeList.h"
 #include "base/Assign.h"
 #include "base/Numeric.h"
+#include "base/SafeWrite.h"
 #include "base/ScriptConsole.h"
 #include "base/StreamChecks.h"
 #include "document/Document.h"
@@ -656,16 +658,16 @@ QString WindingObject::layoutsToText() const
 
 bool WindingObject::saveLayoutsToFile(const QString &path) const
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        qCritical() << "Error: Can't open file" << path << "for write:" << file.errorString();
+    if (!SafeWrite::mayWrite(path))
         return false;
-    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return SafeWrite::failed(path, file.errorString());
     if (file.write(layoutsToText().toUtf8()) < 0) {
-        qCritical() << "Error: Can't write file" << path << ":" << file.errorString();
-        return false;
+        file.cancelWriting();
+        return SafeWrite::failed(path, file.errorString());
     }
-    return true;
+    return file.commit() || SafeWrite::failed(path, file.errorString());
 }
 
 QVector<Winding::SlotMark> WindingObject::slotMarks(int layoutIndex) const
