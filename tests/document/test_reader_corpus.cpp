@@ -262,6 +262,11 @@ TEST(ReaderCorpus, ValuesThatWouldHangTheModelAreRefusedNamingTheField)
     const int stator = statorBlockOffset(example);
     ASSERT_GT(stator, 0);
     expectRefused({"100000 slots in the stator block", replaced(example, stator + 4, word(100000)), "number of slots"});
+    // The mesh block: its version, then three slices and an air gap quality of 1.5.
+    const int slices = example.indexOf(word(2) + word(3) + streamed(1.5)) + 4;
+    ASSERT_GT(slices, 4);
+    expectRefused({"a negative number of mesh slices", replaced(example, slices, word(quint32(-1))), "mesh slices"});
+    expectRefused({"a thousand million mesh slices", replaced(example, slices, word(1000000000)), "mesh slices"});
 }
 
 TEST(ReaderCorpus, CompressedDataInflatesOnlyToItsBound)
