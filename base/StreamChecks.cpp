@@ -101,10 +101,10 @@ QDataStream &readValue(QDataStream &in, QVariant &value, int depth)
         typeId = QMetaType::type(name.constData());
     }
     // A type this program doesn't know is damage that its callers may choose to pass
-    // over, as Qt's own reader leaves it: no reason is given.
-    if (typeId != QMetaType::UnknownType && !QMetaType::isRegistered(int(typeId)))
-        refuse(in);
-    if (in.status() == QDataStream::Ok && typeId == QMetaType::UnknownType && isUserType)
+    // over, as Qt's own reader leaves it: no reason is given. Type 0 is the invalid value.
+    const bool unknown = isUserType ? typeId == QMetaType::UnknownType
+                                    : typeId != QMetaType::UnknownType && !QMetaType::isRegistered(int(typeId));
+    if (unknown)
         refuse(in);
     if (in.status() != QDataStream::Ok)
         return in;

@@ -16,6 +16,7 @@
 #include "geometry/Stator.h"
 #include "support/LogCatcher.h"
 #include "winding/Winding.h"
+#include "winding/WindingObject.h"
 
 // Inputs made to crash, hang or fool the reader, each built from the bundled example:
 // every one is refused, or read, within seconds, and the program goes on.
@@ -343,4 +344,21 @@ TEST(ReaderCorpus, ScriptsAreTakenOnlyFromTheScriptFolders)
     doc.start();
     ASSERT_TRUE(load(example, log, &doc).loaded);
     EXPECT_TRUE(doc.stator()->isScriptLoaded()) << "the catalogue's own script still runs";
+}
+
+TEST(ReaderCorpus, EndTurnScriptsAreTakenOnlyFromTheirFolder)
+{
+    const QByteArray example = exampleBytes();
+    const QByteArray named = streamed(QStringLiteral("WindingEndturns.js"));
+    ASSERT_GE(example.indexOf(named), 0);
+    const QString name = QStringLiteral("../../../../tmp/planted-%1.js").arg(QCoreApplication::applicationPid());
+    QByteArray planted = example;
+    planted.replace(example.indexOf(named), named.size(), streamed(name));
+
+    const LogCatcher log;
+    Document doc(nullptr);
+    doc.start();
+    ASSERT_TRUE(load(planted, log, &doc).loaded);
+    EXPECT_FALSE(doc.winding()->loadEndturnScript());
+    EXPECT_TRUE(log.contains(QStringLiteral("The script %1 is outside the script folder").arg(name)));
 }
