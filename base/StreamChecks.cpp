@@ -170,7 +170,9 @@ bool countFits(QDataStream &in, quint32 count, int bytesEach)
     const qint64 left = device ? device->bytesAvailable() : 0;
     if (quint64(count) * quint64(bytesEach) <= quint64(qMax<qint64>(left, 0)))
         return true;
-    return refuse(in, QStringLiteral("a count of %1 entries is more than the %2 bytes left can hold").arg(count).arg(left));
+    return refuse(in, QStringLiteral("a count of %1 entries is more than the %2 bytes left can hold")
+                          .arg(count)
+                          .arg(left));
 }
 
 QDataStream &readVariant(QDataStream &in, QVariant &value)

@@ -11,7 +11,9 @@
 inline QString writeFuzzInput(const char *suffix, const uint8_t *data, size_t size)
 {
     const QString path = QDir::tempPath()
-                       + QStringLiteral("/zds-fuzz-%1.%2").arg(QCoreApplication::applicationPid()).arg(QLatin1String(suffix));
+                       + QStringLiteral("/zds-fuzz-%1.%2")
+                             .arg(QCoreApplication::applicationPid())
+                             .arg(QLatin1String(suffix));
     QFile file(path);
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         file.write(reinterpret_cast<const char *>(data), qint64(size));

@@ -119,7 +119,8 @@ bool write_replacing(const std::string &path, const std::function<void(const std
 
 bool write_step(const shape &model, const std::string &path)
 {
-    return write_replacing(path, [&](const std::string &temporary) { detail::write_step_file(model.Shape(), temporary); });
+    return write_replacing(path,
+                           [&](const std::string &temporary) { detail::write_step_file(model.Shape(), temporary); });
 }
 
 bool write_step(const std::vector<coloured_shape> &bodies, const std::string &path)

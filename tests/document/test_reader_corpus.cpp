@@ -252,9 +252,11 @@ TEST(ReaderCorpus, EnumeratorsOutsideTheirEnumerationsAreRefused)
 TEST(ReaderCorpus, ValuesThatWouldHangTheModelAreRefusedNamingTheField)
 {
     const QString key = QStringLiteral("statorNumberSlots");
-    expectRefused({"100000 slots", withConfigValue(key, variantHead(QMetaType::Int) + word(100000)), "statorNumberSlots"});
+    expectRefused(
+        {"100000 slots", withConfigValue(key, variantHead(QMetaType::Int) + word(100000)), "statorNumberSlots"});
     expectRefused({"no slots", withConfigValue(key, variantHead(QMetaType::Int) + word(0)), "statorNumberSlots"});
-    expectRefused({"slots as a word", withConfigValue(key, variantHead(QMetaType::QString) + streamed(QStringLiteral("many"))),
+    expectRefused({"slots as a word",
+                   withConfigValue(key, variantHead(QMetaType::QString) + streamed(QStringLiteral("many"))),
                    "statorNumberSlots"});
     expectRefused({"no pole pairs",
                    withConfigValue(QStringLiteral("rotorNumberPolePairs"), variantHead(QMetaType::Int) + word(0)),
