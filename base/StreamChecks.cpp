@@ -1,6 +1,8 @@
 #include "base/StreamChecks.h"
 
 #include <QIODevice>
+#include <QMetaEnum>
+#include <QMetaObject>
 #include <QMetaType>
 #include <QStringList>
 #include <QtEndian>
@@ -24,6 +26,19 @@ bool isCountedContainer(int typeId)
 }
 
 QDataStream &readValue(QDataStream &in, QVariant &value, int depth);
+
+// Whether a stored enumerator is one of its enumeration's, where the enumeration is
+// known to the meta-object system; flags take any combination.
+bool isEnumerator(int typeId, qint32 stored)
+{
+    const QMetaObject *scope = QMetaType::metaObjectForType(typeId);
+    const QByteArray name = QMetaType::typeName(typeId);
+    const int index = scope ? scope->indexOfEnumerator(name.mid(name.lastIndexOf(':') + 1).constData()) : -1;
+    if (index < 0)
+        return true;
+    const QMetaEnum enumeration = scope->enumerator(index);
+    return enumeration.isFlag() || enumeration.valueToKey(stored) != nullptr;
+}
 
 template <typename Map>
 bool readEntries(QDataStream &in, Map &map, int depth)
@@ -136,6 +151,18 @@ QDataStream &readValue(QDataStream &in, QVariant &value, int depth)
     }
     default:
         break;
+    }
+    // The model indexes its tables by enumerators: one outside its enumeration must
+    // not even be made into a value.
+    if (QMetaType::typeFlags(int(typeId)) & QMetaType::IsEnumeration) {
+        qint32 stored = 0;
+        in >> stored;
+        if (in.status() == QDataStream::Ok && !isEnumerator(int(typeId), stored))
+            refuse(in, QStringLiteral("%1 is no value of %2")
+                           .arg(stored)
+                           .arg(QString::fromLatin1(QMetaType::typeName(int(typeId)))));
+        if (in.status() != QDataStream::Ok)
+            return in;
     }
     if (isCountedContainer(int(typeId))) {
         quint32 count = 0;

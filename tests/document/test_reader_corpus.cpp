@@ -245,6 +245,9 @@ TEST(ReaderCorpus, EnumeratorsOutsideTheirEnumerationsAreRefused)
     // Magic, version, then the machine type.
     expectRefused({"machine type 77", replaced(exampleBytes(), 8, word(77)), "machine type 77"});
     expectRefused({"machine type -1", replaced(exampleBytes(), 8, word(quint32(-1))), "machine type -1"});
+    expectRefused({"an enumerator of the winding type past its last",
+                   withConfigValue(QStringLiteral("statorType"), userTypeHead("Winding::Type") + word(77)),
+                   "77 is no value of Winding::Type"});
     expectRefused({"stator type 9 in the configuration",
                    withConfigValue(QStringLiteral("statorType"), variantHead(QMetaType::Int) + word(9)), "statorType"});
 }
