@@ -98,6 +98,15 @@ void ScriptDescribeList::read(const QString &fileName)
     }
 }
 
+bool ScriptDescribeList::holds(const QString &script) const
+{
+    if (script.isEmpty() || QDir::isAbsolutePath(script) || QDir::isAbsolutePath(QDir::fromNativeSeparators(script)))
+        return false;
+    const QString folder = QDir::cleanPath(m_folder);
+    return QDir::cleanPath(folder + QLatin1Char('/') + QDir::fromNativeSeparators(script))
+        .startsWith(folder + QLatin1Char('/'));
+}
+
 const ScriptDescribe &ScriptDescribeList::findScript(const QString &script) const
 {
     for (const ScriptDescribe &entry : m_entries) {

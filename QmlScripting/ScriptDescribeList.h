@@ -30,6 +30,11 @@ public:
 
     QString folder() const { return m_folder; }
 
+    // Whether a script of that name lies inside the folder. Names come from documents,
+    // which may come from anyone: one that leads elsewhere, up or to an absolute path,
+    // would make opening a file run code from anywhere on the machine.
+    bool holds(const QString &script) const;
+
     // The first entry of that script file, in any case; the not-found entry otherwise.
     const ScriptDescribe &findScript(const QString &script) const;
 

@@ -12,6 +12,7 @@
 #include "analysis/DriveSettings.h"
 #include "analysis/MagnetostaticAnalysis.h"
 #include "base/Numeric.h"
+#include "base/SafeWrite.h"
 #include "base/Tbb.h"
 #include "base/UserMessage.h"
 #include "document/Airgap.h"
@@ -42,10 +43,9 @@ class MatFileWriter
 {
 public:
     MatFileWriter(const QString &path, int attempts)
-        : m_path(path)
-        , m_temporary(path + QStringLiteral(".part"))
+        : m_replacement(path)
     {
-        const QByteArray name = QFile::encodeName(QDir::toNativeSeparators(m_temporary));
+        const QByteArray name = QFile::encodeName(QDir::toNativeSeparators(m_replacement.temporaryPath()));
         for (int attempt = 1; attempt <= attempts && !m_mat; ++attempt) {
             m_mat = Mat_CreateVer(name.constData(), nullptr, MAT_FT_MAT5);
             if (m_mat)
@@ -58,10 +58,8 @@ public:
 
     ~MatFileWriter()
     {
-        if (!m_mat)
-            return;
-        Mat_Close(m_mat);
-        QFile::remove(m_temporary);
+        if (m_mat)
+            Mat_Close(m_mat);
     }
 
     MatFileWriter(const MatFileWriter &) = delete;
@@ -79,17 +77,11 @@ public:
     {
         Mat_Close(m_mat);
         m_mat = nullptr;
-        QFile::remove(m_path);
-        if (QFile::rename(m_temporary, m_path))
-            return true;
-        qCritical() << "Error: Can't move" << m_temporary << "to" << m_path;
-        QFile::remove(m_temporary);
-        return false;
+        return m_replacement.commit();
     }
 
 private:
-    QString m_path;
-    QString m_temporary;
+    SafeWrite::Replacement m_replacement;
     mat_t *m_mat = nullptr;
 };
 

@@ -9,6 +9,7 @@
 #include "analysis/MagnetostaticRun.h"
 #include "base/Assign.h"
 #include "base/ScriptConsole.h"
+#include "base/StreamChecks.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
@@ -256,7 +257,7 @@ bool MagnetostaticAnalysis::load(QDataStream &in)
         >> m_timePeriod.second >> m_converganceTolerance >> m_advanceAngle >> m_mechanicalSpeed
         >> m_computeCoggingTorque >> m_saveEachFieldSolution >> m_folderFieldsSolution;
     if (version >= 2)
-        in >> m_dataSimulation;
+        StreamChecks::readVariantMap(in, m_dataSimulation);
     return true;
 }
 

@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 
+#include "base/SafeWrite.h"
+
 namespace {
 
 QByteArray fileName(const QString &path)
@@ -15,7 +17,10 @@ QByteArray fileName(const QString &path)
 
 bool MatExchangeFile::write(const QString &path, const QVector<Variable> &variables)
 {
-    mat_t *mat = Mat_CreateVer(fileName(path).constData(), nullptr, MAT_FT_MAT5);
+    if (!SafeWrite::mayWrite(path))
+        return false;
+    SafeWrite::Replacement replacement(path);
+    mat_t *mat = Mat_CreateVer(fileName(replacement.temporaryPath()).constData(), nullptr, MAT_FT_MAT5);
     if (!mat) {
         qCritical() << "Mat_Open for write cannot open file " << path;
         return false;
@@ -30,7 +35,9 @@ bool MatExchangeFile::write(const QString &path, const QVector<Variable> &variab
         }
     }
     Mat_Close(mat);
-    return written;
+    // A file with a variable missing still takes the place of the old one: the reader
+    // finds out what is missing by name.
+    return replacement.commit() && written;
 }
 
 std::optional<QHash<QString, MatVarPointer>> MatExchangeFile::read(const QString &path)

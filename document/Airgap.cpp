@@ -1,6 +1,9 @@
 #include "document/Airgap.h"
 
+#include <cmath>
+
 #include "base/Numeric.h"
+#include "base/StreamChecks.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
@@ -161,6 +164,8 @@ bool Airgap::load(QDataStream &in)
     double thickness = 0.0;
     qint32 numberLayers = 0;
     in >> thickness >> numberLayers;
+    if (in.status() == QDataStream::Ok && !(std::isfinite(thickness) && thickness >= 0.0 && thickness <= 1e6))
+        StreamChecks::refuse(in, QStringLiteral("the thickness %1 of an air gap").arg(thickness));
     if (in.status() == QDataStream::Ok) {
         setThickness(roundLength(thickness));
         setNumberLayers(numberLayers);

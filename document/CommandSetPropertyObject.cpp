@@ -4,7 +4,9 @@
 #include <QDebug>
 #include <QJsonArray>
 
+#include "base/StreamChecks.h"
 #include "document/Document.h"
+#include "document/ModelRanges.h"
 
 namespace {
 
@@ -25,7 +27,7 @@ QVariant decodeValue(const QString &text)
     QDataStream stream(&bytes, QIODevice::ReadOnly);
     stream.setVersion(historyStreamVersion);
     QVariant value;
-    stream >> value;
+    StreamChecks::readVariant(stream, value);
     return value;
 }
 
@@ -129,6 +131,20 @@ CommandSetPropertyObject *CommandSetPropertyObject::fromJson(const QJsonObject &
         qCritical() << "Error: UndoStack: object" << objectName << "has not property" << name;
         return nullptr;
     }
-    return new CommandSetPropertyObject(target, name, decodeValue(json.value(QStringLiteral("newValue")).toString()),
-                                        decodeValue(json.value(QStringLiteral("prevValue")).toString()), parent);
+    const QVariant newValue = decodeValue(json.value(QStringLiteral("newValue")).toString());
+    const QVariant previousValue = decodeValue(json.value(QStringLiteral("prevValue")).toString());
+    // Replaying the history applies these values to the design. A declared property
+    // takes no value that doesn't convert to its type; anything else reaches the model.
+    const bool declared = target->metaObject()->indexOfProperty(name.constData()) >= 0;
+    for (const QVariant &value : {newValue, previousValue}) {
+        bool isNumber = false;
+        value.toDouble(&isNumber);
+        const bool reachesModel = value.isValid() && (isNumber || !declared);
+        const QString outOfRange = ModelRanges::check(QString::fromLatin1(name), value);
+        if (reachesModel && !outOfRange.isEmpty()) {
+            qCritical().noquote() << "Error: UndoStack:" << outOfRange;
+            return nullptr;
+        }
+    }
+    return new CommandSetPropertyObject(target, name, newValue, previousValue, parent);
 }

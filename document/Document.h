@@ -249,7 +249,7 @@ private:
     void engineException(const QList<QQmlError> &errors);
 
     bool loadFailure(const QString &text);
-    bool streamFailure(const QString &path);
+    bool streamFailure(const QDataStream &in, const QString &path);
     bool readProtectedForm(QDataStream &in, const QString &path);
     bool readDocumentForm(QDataStream &in, const QString &path);
     void writeDocumentForm(QDataStream &out) const;

@@ -16,10 +16,13 @@
 #include "analysis/DriveSettings.h"
 #include "analysis/MAT_Parcer.h"
 #include "analysis/MagnetostaticAnalysis.h"
+#include "base/SafeWrite.h"
 #include "base/ScriptConsole.h"
+#include "base/StreamChecks.h"
 #include "base/UserMessage.h"
 #include "document/Airgap.h"
 #include "document/DocumentTypes.h"
+#include "document/ModelRanges.h"
 #include "document/RatedData.h"
 #include "document/UndoStack.h"
 #include "geometry/Rotor.h"
@@ -89,30 +92,25 @@ bool readSimulationData(const QByteArray &stored, qint32 version, QByteArray &da
         data = stored;
         return true;
     }
-    data = qUncompress(stored);
-    const bool declaresData = stored.size() >= 4 && (stored.at(0) || stored.at(1) || stored.at(2) || stored.at(3));
-    return !declaresData || !data.isEmpty();
+    return StreamChecks::uncompress(stored, data);
 }
 
 // A MAT file that says "no simulation data" to a parent program.
 bool writeDummyMatFile(const QString &path)
 {
-    const QString temporary = path + QStringLiteral(".part");
-    const QByteArray temporaryName = QFile::encodeName(QDir::toNativeSeparators(temporary));
+    SafeWrite::Replacement replacement(path);
+    const QByteArray temporaryName = QFile::encodeName(QDir::toNativeSeparators(replacement.temporaryPath()));
     mat_t *mat = Mat_CreateVer(temporaryName.constData(), nullptr, MAT_FT_MAT5);
     if (!mat)
-        return false;
+        return SafeWrite::failed(path, QStringLiteral("the MAT file can't be made"));
     size_t dims[2] = {1, 1};
     matvar_t *dummy = Mat_VarCreateStruct("Dummy", 2, dims, nullptr, 0);
     const bool written = dummy && Mat_VarWrite(mat, dummy, MAT_COMPRESSION_NONE) == 0;
     Mat_VarFree(dummy);
     Mat_Close(mat);
-    if (!written) {
-        QFile::remove(temporary);
-        return false;
-    }
-    QFile::remove(path);
-    return QFile::rename(temporary, path);
+    if (!written)
+        return SafeWrite::failed(path, QStringLiteral("the MAT variable can't be written"));
+    return replacement.commit();
 }
 
 } // namespace
@@ -133,19 +131,24 @@ bool Document::loadFailure(const QString &text)
     return false;
 }
 
-bool Document::streamFailure(const QString &path)
+bool Document::streamFailure(const QDataStream &in, const QString &path)
 {
-    return loadFailure(tr("The file %1 is damaged or incomplete.").arg(path));
+    const QString damage = StreamChecks::damage(in);
+    if (damage.isEmpty())
+        return loadFailure(tr("The file %1 is damaged or incomplete.").arg(path));
+    return loadFailure(tr("The file %1 is damaged: %2.").arg(path, damage));
 }
 
 bool Document::save(const QString &path, const QImage *picture)
 {
     if (QFileInfo::exists(path) && !isModified() && !m_modeChangedSinceSave)
         return true;
+    if (!SafeWrite::mayWrite(path))
+        return false;
     // Written beside the target and renamed over it only when complete.
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return false;
+        return SafeWrite::failed(path, file.errorString());
     QDataStream out(&file);
     out.setVersion(streamVersion);
 
@@ -156,8 +159,12 @@ bool Document::save(const QString &path, const QImage *picture)
     } else {
         writeDocumentForm(out);
     }
-    if (out.status() != QDataStream::Ok || !file.commit())
-        return false;
+    if (out.status() != QDataStream::Ok) {
+        file.cancelWriting();
+        return SafeWrite::failed(path, file.errorString());
+    }
+    if (!file.commit())
+        return SafeWrite::failed(path, file.errorString());
     setModified(false);
     m_modeChangedSinceSave = false;
     return true;
@@ -218,15 +225,17 @@ bool Document::readProtectedForm(QDataStream &in, const QString &path)
 {
     qint32 version = 0;
     in >> version;
-    if (version >= 6)
+    if (in.status() != QDataStream::Ok || version < 1)
+        return streamFailure(in, path);
+    if (version > fileVersion)
         return errorVersionMessage();
     QByteArray data;
     QImage preview;
     in >> data >> preview;
     if (in.status() != QDataStream::Ok)
-        return streamFailure(path);
+        return streamFailure(in, path);
     if (!readSimulationData(data, version, m_dataMA))
-        return streamFailure(path);
+        return streamFailure(in, path);
     m_previewImage = preview;
     m_protectedFile = true;
     return true;
@@ -236,8 +245,13 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
 {
     qint32 version = 0;
     in >> version;
+    if (in.status() != QDataStream::Ok || version < 1)
+        return streamFailure(in, path);
     if (version > fileVersion)
         return errorVersionMessage();
+    // Only a program newer than this one writes blocks newer than its own: in a file
+    // of an older version such a block is damage, not news.
+    const auto blockRefused = [&] { return version < fileVersion ? streamFailure(in, path) : errorVersionMessage(); };
 
     qint32 machineType = 0;
     qint32 boundaryConditionMode = 0;
@@ -246,16 +260,19 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
     QByteArray data;
     in >> machineType >> boundaryConditionMode >> boundaryCondition >> mode >> data;
     if (in.status() != QDataStream::Ok)
-        return streamFailure(path);
-    if (!within(machineType, Machine::SR, Machine::RSRSR) || !within(boundaryConditionMode, Automatic, Manual)
-        || !within(boundaryCondition, UnknownBoundaryCondition, None) || !within(mode, UnknownMode, AnalysisDynamicDQ))
-        return streamFailure(path);
+        return streamFailure(in, path);
+    if (!within(machineType, Machine::SR, Machine::RSRSR))
+        return loadFailure(tr("The file %1 is damaged: the machine type %2 is unknown.").arg(path).arg(machineType));
+    if (!within(boundaryConditionMode, Automatic, Manual) || !within(boundaryCondition, UnknownBoundaryCondition, None))
+        return loadFailure(tr("The file %1 is damaged: the boundary condition is unknown.").arg(path));
+    if (!within(mode, UnknownMode, AnalysisDynamicDQ))
+        return loadFailure(tr("The file %1 is damaged: the page %2 is unknown.").arg(path).arg(mode));
     setMachineType(Machine::Type(machineType));
     m_boundaryConditionMode = BoundaryConditionMode(boundaryConditionMode);
     m_boundaryCondition = BoundaryCondition(boundaryCondition);
     m_mode = (mode == GeometryStator || mode == GeometryRotor) ? GeometryMotor : Mode(mode);
     if (!readSimulationData(data, version, m_dataMA))
-        return streamFailure(path);
+        return streamFailure(in, path);
 
     const bool blocksReadable = m_stator->load(in) && m_rotor->load(in) && m_winding->load(in) && m_mesh->load(in)
                              && (version < 4 || m_ratedData->load(in))
@@ -263,9 +280,9 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
     // A block that found damage marks the stream; only a block that refused its
     // version leaves it good.
     if (in.status() != QDataStream::Ok)
-        return streamFailure(path);
+        return streamFailure(in, path);
     if (!blocksReadable)
-        return errorVersionMessage();
+        return blockRefused();
 
     const BoundaryCondition boundaryConditionRead = m_boundaryCondition;
     const double sizeBound = m_mesh->sizeBound();
@@ -284,14 +301,18 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
         m_undoStack->restore(in, this);
     }
     if (in.status() != QDataStream::Ok)
-        return streamFailure(path);
+        return streamFailure(in, path);
 
     if (version >= 2) {
         QVariantMap config;
-        in >> config;
-        // A map that can't be read is dropped, but a file that ends early is refused.
-        if (in.status() == QDataStream::ReadPastEnd)
-            return streamFailure(path);
+        StreamChecks::readVariantMap(in, config);
+        // A map that can't be read is dropped, but a file that ends early, or whose
+        // counts or nesting are beyond reason, is refused.
+        if (in.status() == QDataStream::ReadPastEnd || !StreamChecks::damage(in).isEmpty())
+            return streamFailure(in, path);
+        const QString outOfRange = ModelRanges::check(config);
+        if (!outOfRange.isEmpty())
+            return loadFailure(tr("The file %1 is damaged: %2.").arg(path, outOfRange));
         if (in.status() == QDataStream::Ok && !config.isEmpty()) {
             const QSignalBlocker blocker(m_config);
             m_config->setProperties(config);
@@ -302,10 +323,10 @@ bool Document::readDocumentForm(QDataStream &in, const QString &path)
         in >> count;
         for (int i = 0; i < m_airgaps.size() && i < count; ++i) {
             if (!m_airgaps.at(i)->load(in))
-                return errorVersionMessage();
+                return blockRefused();
         }
         if (in.status() != QDataStream::Ok)
-            return streamFailure(path);
+            return streamFailure(in, path);
     }
 
     if (m_mesh->autoSizeBound())
@@ -351,6 +372,8 @@ bool Document::loadDataSimulationFromFile(const QString &path)
 
 bool Document::saveDataSimulationToFile(const QString &path) const
 {
+    if (!SafeWrite::mayWrite(path))
+        return false;
     if (m_dataMA.isEmpty())
         return writeDummyMatFile(path);
     QSaveFile file(path);
@@ -363,24 +386,28 @@ bool Document::saveDataSimulationToFile(const QString &path) const
         file.cancelWriting();
         return false;
     }
-    return file.commit();
+    return file.commit() || SafeWrite::failed(path, file.errorString());
 }
 
 bool Document::exportToJson(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
+    if (!SafeWrite::mayWrite(path))
+        return false;
     const WaitCursor waitCursor;
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return false;
+        return SafeWrite::failed(path, file.errorString());
     const QJsonObject json{{QStringLiteral("fileType"), QStringLiteral("Zolvane")}};
     file.write(QJsonDocument(json).toJson(QJsonDocument::Indented));
-    return file.commit();
+    return file.commit() || SafeWrite::failed(path, file.errorString());
 }
 
 bool Document::writeExchangeFile(const QString &path)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
+    if (!SafeWrite::mayWrite(path))
+        return false;
     const WaitCursor waitCursor;
     ensureData();
     MAT_Parcer parcer(this);

@@ -182,6 +182,8 @@ private:
 
     void resetEngine();
     bool evaluateScript(const QString &path);
+    // Reads the script that the element names, if it lies in its catalogue's folder.
+    void readNamedScript();
     bool readScriptFile(const QString &path);
     void trackScriptFile(const QString &path);
     void engineException(const QList<QQmlError> &errors);

@@ -52,12 +52,24 @@ void MotorElement::setScript(const QString &script)
     m_script = name;
     clearCashPieces();
     if (!m_script.isEmpty()) {
-        m_watcher->addPath(scriptPath(m_script));
-        readScript(scriptPath(m_script));
+        if (catalogue().holds(m_script))
+            m_watcher->addPath(scriptPath(m_script));
+        readNamedScript();
     }
     document()->setModified(true);
     emitNotify("script", m_script);
     emitElementChanged();
+}
+
+void MotorElement::readNamedScript()
+{
+    if (!catalogue().holds(m_script)) {
+        m_scriptLoaded = false;
+        scriptFailure(tr("The script %1 is outside the script folder %2: it is not run")
+                          .arg(m_script, QDir::toNativeSeparators(catalogue().folder())));
+        return;
+    }
+    readScript(scriptPath(m_script));
 }
 
 bool MotorElement::readScript(const QString &path)
@@ -215,7 +227,7 @@ QVariantMap MotorElement::scriptEditedProperties()
         edited.insert(name, m_scriptObject->property(name.toLatin1().constData()));
     // The panel function may have written variables as it ran: the script starts
     // afresh and gets the values back.
-    readScript(scriptPath(m_script));
+    readNamedScript();
     {
         const QSignalBlocker blocker(m_scriptObject);
         m_scriptObject->setProperties(values);
@@ -232,7 +244,7 @@ void MotorElement::scriptFileChanged(const QString &path)
         const QSignalBlocker blocker(this);
         clearCashPieces();
         m_console->info(tr("Script '%1' changed").arg(QDir::toNativeSeparators(path)));
-        readScript(scriptPath(m_script));
+        readNamedScript();
         if (!values.isEmpty())
             m_scriptObject->setProperties(values);
     }

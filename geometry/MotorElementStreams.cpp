@@ -7,6 +7,7 @@
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "QmlScripting/ScriptObject.h"
+#include "base/StreamChecks.h"
 
 // The blocks of the stator, the rotor and their bodies in a document file.
 
@@ -16,15 +17,15 @@ const qint32 elementVersion = 2;
 const qint32 itemVersion = 2;
 
 // Values that would send the model past its tables or into endless work mark the
-// stream damaged; the document then refuses the file as a whole.
-bool refuseDamaged(QDataStream &in)
+// stream damaged, naming the field; the document then refuses the file as a whole.
+bool refuseDamaged(QDataStream &in, const QString &field)
 {
-    in.setStatus(QDataStream::ReadCorruptData);
+    StreamChecks::refuse(in, QStringLiteral("%1 is outside the values a design may have").arg(field));
     return true;
 }
 
 // Up to a kilometre: beyond any machine, and far inside what lengths are rounded with.
-bool isDiameter(double value)
+bool isLength(double value)
 {
     return std::isfinite(value) && value >= 0.0 && value <= 1e6;
 }
@@ -71,7 +72,7 @@ void loadScript(QDataStream &in, Element &element)
     QVariantMap values;
     in >> script;
     element.setScript(script);
-    in >> values;
+    StreamChecks::readVariantMap(in, values);
     if (!values.isEmpty()) {
         const QSignalBlocker blocker(element.scriptObject());
         element.scriptObject()->setProperties(values);
@@ -110,8 +111,10 @@ bool MotorItem::load(QDataStream &in)
     }
     if (in.status() != QDataStream::Ok)
         return true;
-    if (!std::isfinite(height) || !std::isfinite(angularDisplacement))
-        return refuseDamaged(in);
+    if (!isLength(height))
+        return refuseDamaged(in, QStringLiteral("the height %1").arg(height));
+    if (!std::isfinite(angularDisplacement))
+        return refuseDamaged(in, QStringLiteral("the angular displacement"));
     setHeight(height);
     setAngularDisplacement(angularDisplacement);
     return true;
@@ -142,9 +145,12 @@ bool Stator::load(QDataStream &in)
         return false;
     if (in.status() != QDataStream::Ok)
         return true;
-    if (numberSlots < Machine::fewestSlots || numberSlots > Machine::mostSlots || !isDiameter(innerDiameter)
-        || !isDiameter(outerDiameter) || !isMiddleType(typeMiddleItem))
-        return refuseDamaged(in);
+    if (numberSlots < Machine::fewestSlots || numberSlots > Machine::mostSlots)
+        return refuseDamaged(in, QStringLiteral("the stator's number of slots %1").arg(numberSlots));
+    if (!isLength(innerDiameter) || !isLength(outerDiameter))
+        return refuseDamaged(in, QStringLiteral("a diameter of the stator"));
+    if (!isMiddleType(typeMiddleItem))
+        return refuseDamaged(in, QStringLiteral("the stator's type %1").arg(typeMiddleItem));
     setNumberSlots(numberSlots);
     setInnerDiameter(innerDiameter);
     setOuterDiameter(outerDiameter);
@@ -196,10 +202,14 @@ bool Rotor::load(QDataStream &in)
         return false;
     if (in.status() != QDataStream::Ok)
         return true;
-    if (numberPolePairs < 1 || numberPolePairs > Machine::mostPolePairs || !isDiameter(innerDiameter)
-        || !isDiameter(outerDiameter) || !isMiddleType(typeMiddleItem) || poleArrangement < PoleArrangement::Unknown
-        || poleArrangement > PoleArrangement::NNNN)
-        return refuseDamaged(in);
+    if (numberPolePairs < 1 || numberPolePairs > Machine::mostPolePairs)
+        return refuseDamaged(in, QStringLiteral("the rotor's number of pole pairs %1").arg(numberPolePairs));
+    if (!isLength(innerDiameter) || !isLength(outerDiameter))
+        return refuseDamaged(in, QStringLiteral("a diameter of the rotor"));
+    if (!isMiddleType(typeMiddleItem))
+        return refuseDamaged(in, QStringLiteral("the rotor's type %1").arg(typeMiddleItem));
+    if (poleArrangement < PoleArrangement::Unknown || poleArrangement > PoleArrangement::NNNN)
+        return refuseDamaged(in, QStringLiteral("the pole arrangement %1").arg(poleArrangement));
     setNumberPolePairs(numberPolePairs);
     setInnerDiameter(innerDiameter);
     setOuterDiameter(outerDiameter);
@@ -216,6 +226,9 @@ bool Rotor::load(QDataStream &in)
     qint32 magnetSegments = 1;
     qint32 count = 0;
     in >> ironStacking >> ironMaterial >> magnetTemperature >> magnetMaterial >> magnetSegments >> count;
+    // A magnetization is two enumerators, a point and an angle.
+    if (count < 0 || !StreamChecks::countFits(in, quint32(count), 32))
+        return true;
     QVector<Magnetization> magnetizations;
     for (qint32 i = 0; i < count && in.status() == QDataStream::Ok; ++i) {
         Magnetization magnetization;

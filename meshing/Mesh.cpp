@@ -6,12 +6,14 @@
 #include <QElapsedTimer>
 #include <QMetaEnum>
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <optional>
 
 #include "base/Assign.h"
 #include "base/Numeric.h"
 #include "base/ScriptConsole.h"
+#include "base/StreamChecks.h"
 #include "base/Tbb.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
@@ -624,9 +626,34 @@ bool Mesh::load(QDataStream &in)
     in >> version;
     if (version > streamVersion)
         return false;
-    in >> m_numberSlices >> m_airgapQuality >> m_reserved >> m_autoSizeBound >> m_sizeBound
-        >> m_horizontalSymmetry;
+    qint32 numberSlices = 0;
+    double airgapQuality = 0.0;
+    double sizeBound = 0.0;
+    double boundCylinderRadius = m_boundCylinderRadius;
+    double boundCylinderAxialExtension = m_boundCylinderAxialExtension;
+    in >> numberSlices >> airgapQuality >> m_reserved >> m_autoSizeBound >> sizeBound >> m_horizontalSymmetry;
     if (version >= 2)
-        in >> m_boundCylinderRadius >> m_boundCylinderAxialExtension;
+        in >> boundCylinderRadius >> boundCylinderAxialExtension;
+    if (in.status() != QDataStream::Ok)
+        return true;
+    // The slices are counted out into tables and the sizes bound the meshes' triangles:
+    // a damaged value would exhaust memory or time when the mesh is made.
+    const auto finite = [](double value, double lowest, double highest) {
+        return std::isfinite(value) && value >= lowest && value <= highest;
+    };
+    if (numberSlices < 1 || numberSlices > 20) {
+        StreamChecks::refuse(in, QStringLiteral("the number of mesh slices %1 is outside 1 to 20").arg(numberSlices));
+    } else if (!finite(airgapQuality, 1.0, 2.0)) {
+        StreamChecks::refuse(in, QStringLiteral("the air gap quality %1 is outside 1 to 2").arg(airgapQuality));
+    } else if (!finite(sizeBound, 0.0, 1e6) || !finite(boundCylinderRadius, 0.0, 1e6)
+               || !finite(boundCylinderAxialExtension, 0.0, 1e6)) {
+        StreamChecks::refuse(in, QStringLiteral("a size of the mesh is outside the values a design may have"));
+    } else {
+        m_numberSlices = numberSlices;
+        m_airgapQuality = airgapQuality;
+        m_sizeBound = sizeBound;
+        m_boundCylinderRadius = boundCylinderRadius;
+        m_boundCylinderAxialExtension = boundCylinderAxialExtension;
+    }
     return true;
 }

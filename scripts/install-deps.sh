@@ -16,6 +16,8 @@ PACKAGES=(
   libcgal-dev libcgal-qt5-dev libgmp-dev libmpfr-dev libboost-dev
   # meshing, MAT files, plots, numerics, parallelism
   libnglib-dev libmatio-dev libqcustomplot-dev libalglib-dev libeigen3-dev libtbb-dev
+  # compressed blocks of document files
+  zlib1g-dev
   # tests and benchmarks; GetDP, the reference for our solver
   libgtest-dev libgmock-dev libbenchmark-dev getdp
   # headless display with software OpenGL

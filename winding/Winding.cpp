@@ -1,5 +1,7 @@
 #include "winding/Winding.h"
 
+#include "base/StreamChecks.h"
+
 #include <QDataStream>
 #include <QDebug>
 #include <QMetaEnum>
@@ -275,9 +277,41 @@ QDataStream &operator<<(QDataStream &out, const Layout &layout)
     return out << static_cast<const QVector<CoilList> &>(layout);
 }
 
+QDataStream &operator>>(QDataStream &in, CoilList &coils)
+{
+    // Counts are checked against the bytes left before anything is made of them: a
+    // damaged count must not ask for gigabytes.
+    const int coilBytes = 5 * 4;
+    coils.clear();
+    quint32 count = 0;
+    in >> count;
+    if (in.status() != QDataStream::Ok || !StreamChecks::countFits(in, count, coilBytes))
+        return in;
+    for (quint32 i = 0; i < count && in.status() == QDataStream::Ok; ++i) {
+        Coil coil;
+        in >> coil;
+        coils.append(coil);
+    }
+    if (in.status() != QDataStream::Ok)
+        coils.clear();
+    return in;
+}
+
 QDataStream &operator>>(QDataStream &in, Layout &layout)
 {
-    in >> static_cast<QVector<CoilList> &>(layout);
+    layout.clear();
+    quint32 lists = 0;
+    in >> lists;
+    // A list takes at least its count.
+    if (in.status() == QDataStream::Ok && StreamChecks::countFits(in, lists, 4)) {
+        for (quint32 i = 0; i < lists && in.status() == QDataStream::Ok; ++i) {
+            CoilList list;
+            in >> list;
+            layout.append(list);
+        }
+    }
+    if (in.status() != QDataStream::Ok)
+        layout.clear();
     layout.resize(Count);
     return in;
 }

@@ -186,6 +186,8 @@ QDataStream &operator<<(QDataStream &out, const Coil &coil);
 QDataStream &operator>>(QDataStream &in, Coil &coil);
 // A coil list takes Qt's list form: its count of coils, then the coils. A layout is
 // stored as its count of lists, then the lists; one read always has a list per phase.
+// Reading checks each count against the bytes left in the stream.
+QDataStream &operator>>(QDataStream &in, CoilList &coils);
 QDataStream &operator<<(QDataStream &out, const Layout &layout);
 QDataStream &operator>>(QDataStream &in, Layout &layout);
 

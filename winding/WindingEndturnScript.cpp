@@ -108,6 +108,12 @@ bool WindingObject::loadEndturnScript()
         for (const QQmlError &error : errors)
             endturnScriptFailure(error.toString());
     });
+    if (!ScriptDescribeList::endturns().holds(m_endturnsScript)) {
+        endturnScriptFailure(tr("The script %1 is outside the script folder %2: it is not run")
+                                 .arg(m_endturnsScript,
+                                      QDir::toNativeSeparators(ScriptDescribeList::endturns().folder())));
+        return false;
+    }
     const QString path = endturnsScriptPath();
     QFile file(path);
     if (!file.exists()) {

@@ -3,6 +3,7 @@
 #include <QDataStream>
 #include <QDebug>
 #include <QFile>
+#include <QSaveFile>
 #include <QRegularExpression>
 #include <algorithm>
 
@@ -11,7 +12,9 @@
 #include "QmlScripting/ScriptDescribeList.h"
 #include "base/Assign.h"
 #include "base/Numeric.h"
+#include "base/SafeWrite.h"
 #include "base/ScriptConsole.h"
+#include "base/StreamChecks.h"
 #include "document/Document.h"
 #include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
@@ -655,16 +658,16 @@ QString WindingObject::layoutsToText() const
 
 bool WindingObject::saveLayoutsToFile(const QString &path) const
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        qCritical() << "Error: Can't open file" << path << "for write:" << file.errorString();
+    if (!SafeWrite::mayWrite(path))
         return false;
-    }
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return SafeWrite::failed(path, file.errorString());
     if (file.write(layoutsToText().toUtf8()) < 0) {
-        qCritical() << "Error: Can't write file" << path << ":" << file.errorString();
-        return false;
+        file.cancelWriting();
+        return SafeWrite::failed(path, file.errorString());
     }
-    return true;
+    return file.commit() || SafeWrite::failed(path, file.errorString());
 }
 
 QVector<Winding::SlotMark> WindingObject::slotMarks(int layoutIndex) const
@@ -1110,7 +1113,7 @@ bool WindingObject::load(QDataStream &in)
     loadLayouts(in, version);
     in >> m_modeLayout;
     if (version >= 6)
-        in >> m_reverseLayersLayouts;
+        loadReverseLayers(in);
     in >> m_coilSpan >> m_autoCalcCoilSpan;
     if (version >= 13)
         in >> m_type;
@@ -1123,9 +1126,48 @@ bool WindingObject::load(QDataStream &in)
         bool endturnsGeneratedOrStale = false;
         in >> endturnsGeneratedOrStale;
     }
-    if (in.status() == QDataStream::Ok)
-        settleAfterLoad();
+    if (in.status() != QDataStream::Ok)
+        return true;
+    if (!hasKnownSettings()) {
+        // The winding's tables are indexed by these; damage must not reach them.
+        m_circuit = Winding::Star;
+        m_wireSizeMethod = Winding::AWG;
+        m_modeLayout = Winding::Automatic;
+        m_type = Winding::Planar;
+        m_numberLayers = 1;
+        m_layersOrientation = Winding::UpperLower;
+        StreamChecks::refuse(in, QStringLiteral("a setting of the winding (its type, circuit, layers or wire size "
+                                                "method) is outside the values a design may have"));
+        return true;
+    }
+    settleAfterLoad();
     return true;
+}
+
+bool WindingObject::hasKnownSettings() const
+{
+    const auto within = [](int value, int first, int last) { return value >= first && value <= last; };
+    return within(m_circuit, Winding::Star, Winding::Delta)
+        && within(m_wireSizeMethod, Winding::AWG, Winding::WireDiameter)
+        && within(m_modeLayout, Winding::Automatic, Winding::Manual)
+        && within(m_type, Winding::Planar, Winding::Toroidal) && within(m_numberLayers, 1, 2)
+        && within(m_layersOrientation, Winding::UpperLower, Winding::LeftRight);
+}
+
+void WindingObject::loadReverseLayers(QDataStream &in)
+{
+    quint32 count = 0;
+    in >> count;
+    if (in.status() != QDataStream::Ok || !StreamChecks::countFits(in, count, 1))
+        return;
+    QVector<bool> reverse;
+    for (quint32 i = 0; i < count && in.status() == QDataStream::Ok; ++i) {
+        bool flag = false;
+        in >> flag;
+        reverse.append(flag);
+    }
+    if (in.status() == QDataStream::Ok)
+        m_reverseLayersLayouts = reverse;
 }
 
 void WindingObject::loadConnection(QDataStream &in, int version)
@@ -1146,7 +1188,17 @@ void WindingObject::loadLayouts(QDataStream &in, int version)
         in >> m_baseLayout;
     if (version == 1)
         return;
-    in >> m_coilLayouts;
+    quint32 count = 0;
+    in >> count;
+    // A layout takes at least its own count.
+    if (in.status() != QDataStream::Ok || !StreamChecks::countFits(in, count, 4))
+        return;
+    m_coilLayouts.clear();
+    for (quint32 i = 0; i < count && in.status() == QDataStream::Ok; ++i) {
+        Winding::Layout layout;
+        in >> layout;
+        m_coilLayouts.append(layout);
+    }
     if (version == 2 && !m_coilLayouts.isEmpty())
         m_baseLayout = m_coilLayouts.first();
 }

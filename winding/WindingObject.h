@@ -310,6 +310,9 @@ private:
     void setWindingWarnings(WindingErrors warnings);
     void loadConnection(QDataStream &in, int version);
     void loadLayouts(QDataStream &in, int version);
+    void loadReverseLayers(QDataStream &in);
+    // Whether the enumerations and the layer count read from a file are ones the winding knows.
+    bool hasKnownSettings() const;
     void loadLumpedValues(QDataStream &in);
     void loadEndturnSettings(QDataStream &in, int version);
     void settleAfterLoad();

@@ -1,6 +1,7 @@
 #include "geometry/servoce/step.h"
 
 #include <QDebug>
+#include <QFile>
 #include <IFSelect_ReturnStatus.hxx>
 #include <Interface_Static.hxx>
 #include <Message.hxx>
@@ -16,9 +17,10 @@
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-#include <cstdio>
+#include <functional>
 #include <mutex>
 
+#include "base/SafeWrite.h"
 #include "geometry/servoce/guard.h"
 #include "geometry/servoce/kernel.h"
 
@@ -80,17 +82,14 @@ void write_coloured_step_file(const std::vector<coloured_shape> &bodies, const s
         colours->SetColor(label, Quantity_Color(body.red, body.green, body.blue, Quantity_TOC_RGB), XCAFDoc_ColorGen);
         ++added;
     }
-    const std::string partial = path + ".part";
     // The writer refuses a document without shapes: an empty scene is an empty compound.
     if (added == 0)
         shapes->SetShape(shapes->NewShape(), make_compound({}).Shape());
     STEPCAFControl_Writer writer;
-    const bool written = writer.Perform(document, partial.c_str());
+    const bool written = writer.Perform(document, path.c_str());
     XCAFApp_Application::GetApplication()->Close(document);
-    if (!written || std::rename(partial.c_str(), path.c_str()) != 0) {
-        std::remove(partial.c_str());
+    if (!written)
         throw Standard_Failure(("cannot write the STEP file " + path).c_str());
-    }
 }
 
 } // namespace detail
@@ -100,20 +99,34 @@ shape read_step(const std::string &path)
     return guarded("read_step", shape(), [&] { return shape(detail::read_step_file(path)); });
 }
 
-bool write_step(const shape &model, const std::string &path)
+namespace {
+
+// The file is written beside its target and moved over it only when complete.
+bool write_replacing(const std::string &path, const std::function<void(const std::string &)> &write)
 {
-    return guarded("write_step", false, [&] {
-        detail::write_step_file(model.Shape(), path);
+    const QString target = QFile::decodeName(path.c_str());
+    if (!SafeWrite::mayWrite(target))
+        return false;
+    SafeWrite::Replacement replacement(target);
+    const bool written = guarded("write_step", false, [&] {
+        write(QFile::encodeName(replacement.temporaryPath()).toStdString());
         return true;
     });
+    return written && replacement.commit();
+}
+
+} // namespace
+
+bool write_step(const shape &model, const std::string &path)
+{
+    return write_replacing(path,
+                           [&](const std::string &temporary) { detail::write_step_file(model.Shape(), temporary); });
 }
 
 bool write_step(const std::vector<coloured_shape> &bodies, const std::string &path)
 {
-    return guarded("write_step", false, [&] {
-        detail::write_coloured_step_file(bodies, path);
-        return true;
-    });
+    return write_replacing(path,
+                           [&](const std::string &temporary) { detail::write_coloured_step_file(bodies, temporary); });
 }
 
 } // namespace servoce

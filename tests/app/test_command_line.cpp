@@ -115,6 +115,20 @@ TEST(CommandLine, ExportJson)
     EXPECT_TRUE(readAll(json).contains("Zolvane"));
 }
 
+TEST(CommandLine, ExportJsonOverAReadOnlyFileKeepsItAndSaysWhy)
+{
+    QTemporaryDir dir;
+    const QString json = dir.filePath("kept.json");
+    {
+        QFile file(json);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("the owner's export");
+    }
+    ASSERT_TRUE(QFile::setPermissions(json, QFileDevice::ReadOwner | QFileDevice::ReadGroup | QFileDevice::ReadOther));
+    expectRun({"--export-json=" + json, example}, 0, "Error: Can't write " + json + ": the file is read-only");
+    EXPECT_EQ(readAll(json), QByteArray("the owner's export"));
+}
+
 TEST(CommandLine, SolverStepWithoutPluginEndsCleanly)
 {
     // The build puts the solver beside the program: a copy in a folder of its own has none.

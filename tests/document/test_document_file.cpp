@@ -16,6 +16,7 @@
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
 #include "meshing/Mesh.h"
+#include "support/EditableDocument.h"
 #include "winding/WindingObject.h"
 
 namespace {
@@ -32,14 +33,6 @@ void writeAll(const QString &path, const QByteArray &bytes)
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes);
-}
-
-// A document ready to record changes, as after "new" or a load.
-void makeEditable(Document &doc)
-{
-    doc.start();
-    doc.markAsMade();
-    doc.setPreparing(false);
 }
 
 // Writes a hand-made file with a QDataStream of the document's version.

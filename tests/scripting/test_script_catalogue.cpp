@@ -185,6 +185,16 @@ TEST(ScriptCatalogueTest, ACatalogueWithoutEntriesHoldsTheEmptyListEntry)
     EXPECT_EQ(missing.at(0).name(), QStringLiteral("Cannot load script config"));
 }
 
+TEST(ScriptCatalogueTest, HoldsOnlyScriptsInsideItsFolder)
+{
+    const ScriptDescribeList list(QStringLiteral("/opt/zds/assets/scripts/stator"));
+    for (const char *inside : {"Slotted.js", "sub/Slotted.js", "sub/../Slotted.js", "./Slotted.js"})
+        EXPECT_TRUE(list.holds(QString::fromLatin1(inside))) << inside;
+    for (const char *outside : {"", "../rotor/Rotor.js", "../../../../tmp/x.js", "sub/../../x.js", "/tmp/x.js",
+                                "/opt/zds/assets/scripts/stator/Slotted.js", "..", "../stator2/x.js"})
+        EXPECT_FALSE(list.holds(QString::fromLatin1(outside))) << outside;
+}
+
 TEST(ScriptCatalogueTest, AFailedReloadKeepsTheEntriesThatWereRead)
 {
     CatalogueFolder folder;
