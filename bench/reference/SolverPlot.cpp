@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <functional>
 
+#include "AssembledExample.h"
 #include "solver/MCRCtrl/MatData.h"
 #include "solver/MCRCtrl/SolverSteps.h"
 
@@ -81,15 +82,10 @@ int main(int argc, char **argv)
         return 2;
     }
     const QString folder = QDir(QString::fromLocal8Bit(argv[2])).absolutePath();
-    QDir().mkpath(folder);
     try {
-        const QString exchange = folder + QStringLiteral("/exchange.mat");
-        writeMatFile(exchange, {mat::text(QStringLiteral("file"), QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva")),
-                                mat::number(QStringLiteral("motorProps"), 0.0)});
-        const QString program = QStringLiteral(ZDS_EXECUTABLE);
-        const auto report = [](const QString &text) { std::fprintf(stderr, "%s\n", qPrintable(text)); };
-        const SolverSteps steps(program, QFileInfo(program).absolutePath() + QStringLiteral("/assets/materials"), report, report);
-        if (!steps.assemble(exchange))
+        const SolverSteps steps = exampleSolverSteps();
+        const QString exchange = assembledExample(steps, folder);
+        if (exchange.isEmpty())
             return 1;
         {
             const MatReader assembled(exchange);
