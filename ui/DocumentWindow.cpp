@@ -75,14 +75,6 @@ bool isAnalysisShown()
     return isDebugMode() || qEnvironmentVariable("USERNAME") == QLatin1String("quorlan");
 }
 
-// The root of the parent installation, where the program proposes its files.
-QString rootPath()
-{
-    return QSettings(QCoreApplication::organizationName(), QStringLiteral("Zolvane"))
-        .value(QStringLiteral("RootPath"))
-        .toString();
-}
-
 } // namespace
 
 DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
@@ -588,7 +580,7 @@ bool DocumentWindow::saveAs()
         settings.remove(QStringLiteral("PathProject"));
         QString folder = settings.value(keyPathProject).toString();
         if (folder.isEmpty())
-            folder = rootPath();
+            folder = FileDialog::rootPath();
         if (!folder.isEmpty())
             folder += QDir::separator();
         proposal = folder + QFileInfo(proposal).completeBaseName();
@@ -644,7 +636,7 @@ bool DocumentWindow::exportFile(const ExportRecipe &recipe, const QString &name,
     const QString stored = settings.value(recipe.settingsKey).toString();
     QString folder = stored;
     if (folder.isEmpty()) {
-        folder = rootPath() + recipe.folderBelowRoot;
+        folder = FileDialog::rootPath() + recipe.folderBelowRoot;
         QDir().mkpath(folder);
     }
     const QString base = name.isEmpty() ? m_document->filePath() : name;

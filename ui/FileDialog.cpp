@@ -1,7 +1,9 @@
 #include "ui/FileDialog.h"
 
 #include <QDebug>
+#include <QCoreApplication>
 #include <QFileDialog>
+#include <QSettings>
 
 #include "ui/MessageBox.h"
 
@@ -23,6 +25,13 @@ QString headlessAnswer(const QString &caption, const QString &proposal)
 }
 
 } // namespace
+
+QString rootPath()
+{
+    return QSettings(QCoreApplication::organizationName(), QStringLiteral("Zolvane"))
+        .value(QStringLiteral("RootPath"))
+        .toString();
+}
 
 void answerNextDialogs(const QStringList &answers)
 {

@@ -13,6 +13,10 @@ QStringList getOpenFileNames(QWidget *parent, const QString &caption, const QStr
 QString getSaveFileName(QWidget *parent, const QString &caption, const QString &proposal, const QString &filter);
 QString getExistingDirectory(QWidget *parent, const QString &caption, const QString &folder);
 
+// The root of the parent installation, where the program proposes its files; empty
+// when no parent installation is known.
+QString rootPath();
+
 // The answers of the next headless dialogs, in order; an empty answer cancels.
 void answerNextDialogs(const QStringList &answers);
 

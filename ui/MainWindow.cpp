@@ -528,9 +528,7 @@ void MainWindow::actionOpen()
     settings.remove(QStringLiteral("PathProject"));
     QString folder = settings.value(keyPathProject).toString();
     if (folder.isEmpty())
-        folder = QSettings(QCoreApplication::organizationName(), QStringLiteral("Zolvane"))
-                     .value(QStringLiteral("RootPath"))
-                     .toString();
+        folder = FileDialog::rootPath();
     const QString filter = tr("%1 file (*.%2 *.%3);;%1 protected file (*.%3)")
                                .arg(QCoreApplication::applicationName(), zvaSuffix(), zvapSuffix());
     const QStringList files = FileDialog::getOpenFileNames(this, tr("Open"), folder, filter);

@@ -1,6 +1,15 @@
 #include "ui/WindingEditor.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QUrl>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -15,8 +24,10 @@
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "ui/Controls/NumberEdit.h"
+#include "ui/FileDialog.h"
 #include "ui/HarmonicFactorView.h"
 #include "ui/LayoutCoilsModel.h"
+#include "ui/MessageBox.h"
 #include "ui/MmfSpectrumView.h"
 #include "ui/ModelComboBoxes.h"
 #include "ui/PropertyRows.h"
@@ -184,6 +195,18 @@ void WindingEditor::createLayoutRows()
     m_layouts = new QComboBox(form);
     m_layouts->setObjectName(QStringLiteral("comboBoxLayout"));
     grid->addWidget(m_layouts, row, 1);
+    auto *layoutsButton = new QToolButton(form);
+    layoutsButton->setObjectName(QStringLiteral("buttonWindingLayouts"));
+    layoutsButton->setText(QStringLiteral("..."));
+    layoutsButton->setPopupMode(QToolButton::InstantPopup);
+    layoutsButton->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { width: 0px; }"));
+    auto *menu = new QMenu(layoutsButton);
+    menu->addAction(QIcon(QStringLiteral(":/page_copy.png")), tr("Copy winding layout to clipboard"), this,
+                    [this] { QApplication::clipboard()->setText(m_winding->layoutsToText()); });
+    menu->addAction(QIcon(QStringLiteral(":/disk.png")), tr("Save winding layout to file..."), this,
+                    &WindingEditor::saveLayouts);
+    layoutsButton->setMenu(menu);
+    grid->addWidget(layoutsButton, row, 2);
     m_coilsView = new LayoutCoilsView(m_document, form);
     m_coilsView->setMinimumHeight(220);
     grid->addWidget(m_coilsView, row + 1, 0, 1, 4);
@@ -331,6 +354,31 @@ void WindingEditor::updateMarks()
     m_markSlots->setToolTip(oddSingle ? tr("Number of slots must be even for single layer winding") : QString());
     m_markParallelPaths->setVisible(!m_winding->isParallelPathsValid());
     m_markParallelPaths->setToolTip(tr("Incorrect number of winding parallel paths"));
+}
+
+void WindingEditor::saveLayouts()
+{
+    const QString key = QStringLiteral("Settings/PathLayoutFile");
+    QString folder = QSettings().value(key).toString();
+    if (folder.isEmpty()) {
+        const QString root = FileDialog::rootPath();
+        folder = (root.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) : root)
+                 + QStringLiteral("/LayoutFiles");
+    }
+    QDir().mkpath(folder);
+    const QString proposal =
+        folder + QStringLiteral("/%1_winding_layout").arg(QFileInfo(m_document->filePath()).completeBaseName());
+    const QString path =
+        FileDialog::getSaveFileName(this, tr("Save winding layouts"), proposal, tr("Text file (*.txt)"));
+    if (path.isEmpty())
+        return;
+    QSettings().setValue(key, QFileInfo(path).absolutePath());
+    if (!m_winding->saveLayoutsToFile(path)) {
+        MessageBox::critical(this, QCoreApplication::applicationName(), tr("Failed to save file %1").arg(path));
+        return;
+    }
+    if (!MessageBox::isHeadless())
+        QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
 void WindingEditor::showHarmonicFactors()

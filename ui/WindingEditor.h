@@ -32,6 +32,7 @@ private:
     void updateUI();
     void updateFacts();
     void updateMarks();
+    void saveLayouts();
     void showHarmonicFactors();
     void showMmfSpectrum();
 

@@ -1,4 +1,9 @@
+#include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
+#include <QFile>
+#include <QMenu>
+#include <QToolButton>
 #include <QLabel>
 #include <QSettings>
 #include <QSpinBox>
@@ -13,6 +18,7 @@
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "ui/Controls/NumberEdit.h"
+#include "ui/FileDialog.h"
 #include "ui/LayoutCoilsModel.h"
 #include "ui/MmfSpectrumView.h"
 #include "ui/ModelComboBoxes.h"
@@ -127,6 +133,26 @@ TEST_F(WindingPageTest, TheCoilTableListsEachPhaseAndEditsOnlyAManualBaseLayout)
     while (document.undoStack()->index() > commands)
         document.undoStack()->undo();
     EXPECT_EQ(winding->layout().at(Winding::A).first(), original.at(Winding::A).first());
+}
+
+TEST_F(WindingPageTest, TheLayoutMenuCopiesAndSavesTheLayoutText)
+{
+    WindingEditor editor(&document);
+    auto *button = child<QToolButton>(editor, "buttonWindingLayouts");
+    ASSERT_NE(button, nullptr);
+    const QList<QAction *> actions = button->menu()->actions();
+    ASSERT_EQ(actions.size(), 2);
+    actions.at(0)->trigger();
+    EXPECT_EQ(QApplication::clipboard()->text(), document.winding()->layoutsToText());
+
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("layout.txt"));
+    FileDialog::answerNextDialogs({path});
+    actions.at(1)->trigger();
+    QFile written(path);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(written.readAll().isEmpty());
+    EXPECT_EQ(QSettings().value(QStringLiteral("Settings/PathLayoutFile")).toString(), folder.path());
 }
 
 TEST_F(WindingPageTest, SelectingACoilMakesItTheWindingsCurrentCoil)
