@@ -17,7 +17,7 @@ PropertyRows::PropertyRows(QObject *target, QGridLayout *grid, Setter setter, QO
 {
 }
 
-int PropertyRows::addRow(const QString &label, const char *property, QWidget *editor, const QString &unit,
+void PropertyRows::addRow(const QString &label, const char *property, QWidget *editor, const QString &unit,
                          const QString &toolTip)
 {
     const QString name = QLatin1String(property);
@@ -40,7 +40,6 @@ int PropertyRows::addRow(const QString &label, const char *property, QWidget *ed
         widgets.append(units);
     }
     m_editors.insert(name, editor);
-    return index;
 }
 
 NumberEdit *PropertyRows::addNumber(const QString &label, const char *property, const QString &unit,

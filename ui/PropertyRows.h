@@ -44,8 +44,7 @@ public:
     void update();
 
 private:
-    // The new row's index.
-    int addRow(const QString &label, const char *property, QWidget *editor, const QString &unit,
+    void addRow(const QString &label, const char *property, QWidget *editor, const QString &unit,
                const QString &toolTip);
 
     QObject *m_target;

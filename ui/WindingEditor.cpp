@@ -87,10 +87,10 @@ void WindingEditor::createForm()
 
     m_rotorRows->addCount(tr("Number of pole pairs:"), "numberPolePairs", QString())
         ->setObjectName(QStringLiteral("spinBoxRotorPolePairs"));
-    m_markPolePairs = addMark("numberPolePairs", "exclamationRotorPolePairs");
+    m_markPolePairs = addMark(m_rotorRows, "numberPolePairs", "exclamationRotorPolePairs");
     m_statorRows->addCount(tr("Number of stator slots:"), "numberSlots", QString())
         ->setObjectName(QStringLiteral("spinBoxStatorSlots"));
-    m_markSlots = addMark("numberSlots", "exclamationStatorSlots");
+    m_markSlots = addMark(m_statorRows, "numberSlots", "exclamationStatorSlots");
 
     m_rows->addCombo(tr("Wire size method:"), "wireSizeMethod", new WireSizeMethodComboBox(form), QString(),
                      QString());
@@ -119,7 +119,7 @@ void WindingEditor::createForm()
     m_rows->addCount(tr("Number of parallel paths:"), "parallelPaths",
                      tr("Number of groups of coils per phase connected in parallel"))
         ->setObjectName(QStringLiteral("spinBoxParallelPaths"));
-    m_markParallelPaths = addMark("parallelPaths", "exclamationParallelPaths");
+    m_markParallelPaths = addMark(m_rows, "parallelPaths", "exclamationParallelPaths");
     m_rows->addCount(tr("Number of turns:"), "numberTurns", tr("Number of turns per one coil"))
         ->setObjectName(QStringLiteral("spinBoxNumberTurns"));
     m_rows->addCount(tr("Coil span:"), "coilSpan",
@@ -252,11 +252,8 @@ void WindingEditor::createEndWindingRows()
     m_endRows = rows;
 }
 
-QLabel *WindingEditor::addMark(const char *property, const char *name)
+QLabel *WindingEditor::addMark(const PropertyRows *rows, const char *property, const char *name)
 {
-    PropertyRows *rows = QByteArray(property) == "numberPolePairs" ? m_rotorRows
-                       : QByteArray(property) == "numberSlots"     ? m_statorRows
-                                                                    : m_rows;
     QWidget *editor = rows->row(property).value(1);
     auto *mark = new QLabel(QStringLiteral("!"), editor->parentWidget());
     mark->setObjectName(QLatin1String(name));

@@ -25,7 +25,8 @@ private:
     void createForm();
     void createLayoutRows();
     void createEndWindingRows();
-    QLabel *addMark(const char *property, const char *name);
+    // A red mark at the end of a property's row, hidden until a check fails.
+    QLabel *addMark(const PropertyRows *rows, const char *property, const char *name);
     // The document can be changed: neither protected nor read-only, nor locked by
     // an analysis that ran or runs.
     bool isEditable() const;
