@@ -20,6 +20,7 @@
 #include <numeric>
 
 #include "analysis/MagnetostaticAnalysis.h"
+#include "document/CommandSetPropertyObject.h"
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
@@ -76,7 +77,15 @@ void WindingEditor::createForm()
             m_document->setPropertyUndoable(target, name, value);
         };
     };
-    m_rows = new PropertyRows(m_winding, grid, undoable(m_winding), this);
+    m_rows = new PropertyRows(
+        m_winding, grid,
+        [this](const QString &name, const QVariant &value) {
+            if (name == QLatin1String("coilSpan"))
+                setCoilSpan(value.toInt());
+            else
+                m_document->setPropertyUndoable(m_winding, name, value);
+        },
+        this);
     m_statorRows = new PropertyRows(m_document->stator(), grid, undoable(m_document->stator()), this);
     m_rotorRows = new PropertyRows(m_document->rotor(), grid, undoable(m_document->rotor()), this);
 
@@ -126,6 +135,11 @@ void WindingEditor::createForm()
                      tr("Distance between two sides of a coil measured in number of slots"))
         ->setObjectName(QStringLiteral("spinBoxCoilSpan"));
     m_rows->addCheck(tr("/ Auto"), "autoCalcCoilSpan")->setToolTip(tr("Calculate coil span automatically"));
+    auto *unlock = m_rows->addButton("coilSpan", tr("Unlock"),
+                                     tr("To unlock <b>Coil span</b> change <b>Winding layers orientation</b> to "
+                                        "<b>Upper / Lower</b>"),
+                                     [this] { unlockCoilSpan(); });
+    unlock->setObjectName(QStringLiteral("buttonUnlockCoilSpan"));
 
     int row = grid->rowCount();
     grid->addWidget(new QLabel(tr("Fundamental winding factor:"), form), row, 0);
@@ -292,6 +306,9 @@ void WindingEditor::updateUI()
     m_rows->setRowEnabled("slotFillFactor", editable && fillFactor);
     const bool upperLowerDouble = m_winding->isDoubleLayer() && m_winding->isOrientationUpperLower();
     m_rows->setRowEnabled("coilSpan", editable && upperLowerDouble && !m_winding->autoCalcCoilSpan());
+    auto *unlock = findChild<QToolButton *>(QStringLiteral("buttonUnlockCoilSpan"));
+    unlock->setEnabled(editable);
+    unlock->setVisible(m_winding->isDoubleLayer() && m_winding->isOrientationLeftRight() && m_winding->coilSpan() == 1);
     m_rows->setRowEnabled("autoCalcCoilSpan", editable && upperLowerDouble);
     m_rows->setRowEnabled("phaseResistance", editable && !m_winding->autoCalcPhaseResistance());
     m_rows->setRowEnabled("endInductance", editable && !m_winding->autoCalcEndInductance());
@@ -351,6 +368,43 @@ void WindingEditor::updateMarks()
     m_markSlots->setToolTip(oddSingle ? tr("Number of slots must be even for single layer winding") : QString());
     m_markParallelPaths->setVisible(!m_winding->isParallelPathsValid());
     m_markParallelPaths->setToolTip(tr("Incorrect number of winding parallel paths"));
+}
+
+void WindingEditor::setCoilSpan(int span)
+{
+    const bool needsLeftRight =
+        span == 1 && m_winding->isOrientationUpperLower() && m_winding->numberLayers() > 1;
+    if (!needsLeftRight) {
+        m_document->setPropertyUndoable(m_winding, QStringLiteral("coilSpan"), span);
+        return;
+    }
+    const auto answer = MessageBox::question(
+        this, QCoreApplication::applicationName(),
+        tr("<b>Winding layers orientation</b> will be changed to <b>Left/Right</b> in order to set up "
+           "<b>Coil span = 1</b>"),
+        QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer != QMessageBox::Ok) {
+        updateUI();
+        return;
+    }
+    // One step of Undo: a span of one needs the sides side by side.
+    auto *unlock = new UndoCommand(tr("Unlock Coil span"));
+    new CommandSetPropertyObject(m_winding, "layersOrientation", QVariant::fromValue(Winding::LeftRight), unlock);
+    new CommandSetPropertyObject(m_winding, "coilSpan", 1, unlock);
+    new CommandSetPropertyObject(m_winding, "autoCalcCoilSpan", false, unlock);
+    m_document->execCommand(unlock);
+}
+
+void WindingEditor::unlockCoilSpan()
+{
+    const auto answer = MessageBox::question(
+        this, QCoreApplication::applicationName(),
+        tr("<b>Winding layers orientation</b> will be changed to <b>Upper/Lower</b> in order to unlock "
+           "<b>Coil span</b>"),
+        QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel);
+    if (answer == QMessageBox::Ok)
+        m_document->setPropertyUndoable(m_winding, QStringLiteral("layersOrientation"),
+                                        QVariant::fromValue(Winding::UpperLower));
 }
 
 void WindingEditor::saveLayouts()

@@ -33,6 +33,9 @@ private:
     void updateUI();
     void updateFacts();
     void updateMarks();
+    // A span of one on upper and lower layers asks to put the sides side by side.
+    void setCoilSpan(int span);
+    void unlockCoilSpan();
     void saveLayouts();
     void showHarmonicFactors();
     void showMmfSpectrum();

@@ -19,6 +19,7 @@
 #include "geometry/Stator.h"
 #include "ui/Controls/NumberEdit.h"
 #include "ui/FileDialog.h"
+#include "ui/MessageBox.h"
 #include "ui/LayoutCoilsModel.h"
 #include "ui/MmfSpectrumView.h"
 #include "ui/ModelComboBoxes.h"
@@ -153,6 +154,39 @@ TEST_F(WindingPageTest, TheLayoutMenuCopiesAndSavesTheLayoutText)
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_FALSE(written.readAll().isEmpty());
     EXPECT_EQ(QSettings().value(QStringLiteral("Settings/PathLayoutFile")).toString(), folder.path());
+}
+
+TEST_F(WindingPageTest, ASpanOfOneOnUpperAndLowerLayersAsksAndIsOneStepOfUndo)
+{
+    WindingObject *winding = document.winding();
+    winding->setLayersOrientation(Winding::UpperLower);
+    winding->setAutoCalcCoilSpan(false);
+    winding->setCoilSpan(2);
+    ASSERT_EQ(winding->coilSpan(), 2);
+    WindingEditor editor(&document);
+    editor.show();
+    auto *span = child<QSpinBox>(editor, "spinBoxCoilSpan");
+    ASSERT_TRUE(span && span->isEnabled());
+
+    MessageBox::answerNextBoxes({QMessageBox::Cancel});
+    span->setValue(1);
+    emit span->editingFinished();
+    EXPECT_EQ(winding->coilSpan(), 2);
+    EXPECT_EQ(span->value(), 2);
+
+    const int commands = document.undoStack()->count();
+    MessageBox::answerNextBoxes({QMessageBox::Ok});
+    span->setValue(1);
+    emit span->editingFinished();
+    EXPECT_EQ(winding->layersOrientation(), Winding::LeftRight);
+    EXPECT_EQ(winding->coilSpan(), 1);
+    ASSERT_EQ(document.undoStack()->count(), commands + 1);
+    EXPECT_EQ(document.undoStack()->undoText(), QStringLiteral("Unlock Coil span"));
+    EXPECT_FALSE(child<QToolButton>(editor, "buttonUnlockCoilSpan")->isHidden());
+
+    document.undoStack()->undo();
+    EXPECT_EQ(winding->layersOrientation(), Winding::UpperLower);
+    EXPECT_EQ(winding->coilSpan(), 2);
 }
 
 TEST_F(WindingPageTest, SelectingACoilMakesItTheWindingsCurrentCoil)
