@@ -135,11 +135,11 @@ void WindingEditor::createForm()
                      tr("Distance between two sides of a coil measured in number of slots"))
         ->setObjectName(QStringLiteral("spinBoxCoilSpan"));
     m_rows->addCheck(tr("/ Auto"), "autoCalcCoilSpan")->setToolTip(tr("Calculate coil span automatically"));
-    auto *unlock = m_rows->addButton("coilSpan", tr("Unlock"),
+    m_unlockCoilSpan = m_rows->addButton("coilSpan", tr("Unlock"),
                                      tr("To unlock <b>Coil span</b> change <b>Winding layers orientation</b> to "
                                         "<b>Upper / Lower</b>"),
                                      [this] { unlockCoilSpan(); });
-    unlock->setObjectName(QStringLiteral("buttonUnlockCoilSpan"));
+    m_unlockCoilSpan->setObjectName(QStringLiteral("buttonUnlockCoilSpan"));
 
     int row = grid->rowCount();
     grid->addWidget(new QLabel(tr("Fundamental winding factor:"), form), row, 0);
@@ -181,7 +181,7 @@ void WindingEditor::createForm()
                          "reduced noise and motor vibrations."));
     grid->addWidget(m_gcd, row, 1);
 
-    createLayoutRows();
+    createLayoutRows(grid);
     m_rows->addNumber(tr("End winding inductance (H):"), "endInductance", QString(),
                       tr("Leakage inductance of the stator winding end turns per phase"))
         ->setObjectName(QStringLiteral("editEndInductance"));
@@ -199,9 +199,8 @@ void WindingEditor::createForm()
     layout->addStretch();
 }
 
-void WindingEditor::createLayoutRows()
+void WindingEditor::createLayoutRows(QGridLayout *grid)
 {
-    QGridLayout *grid = qobject_cast<QGridLayout *>(m_machineType->parentWidget()->layout());
     QWidget *form = grid->parentWidget();
     m_rows->addCombo(tr("Winding  layout method:"), "modeLayout", new ModeLayoutComboBox(form), QString(), QString());
     const int row = grid->rowCount();
@@ -228,10 +227,10 @@ void WindingEditor::createLayoutRows()
         if (index >= 0)
             m_coilsView->coilsModel()->setLayoutIndex(index);
     });
-    auto *reverse = new QCheckBox(tr("Reverse layers top to bottom"), form);
-    reverse->setObjectName(QStringLiteral("checkBoxReverseLayers"));
-    grid->addWidget(reverse, row + 2, 0, 1, 4);
-    connect(reverse, &QCheckBox::toggled, this, [this](bool checked) {
+    m_reverseLayers = new QCheckBox(tr("Reverse layers top to bottom"), form);
+    m_reverseLayers->setObjectName(QStringLiteral("checkBoxReverseLayers"));
+    grid->addWidget(m_reverseLayers, row + 2, 0, 1, 4);
+    connect(m_reverseLayers, &QCheckBox::toggled, this, [this](bool checked) {
         QVector<bool> layers = m_winding->reverseLayersLayouts();
         const int index = qMax(0, m_layouts->currentIndex());
         if (index >= layers.size())
@@ -306,9 +305,8 @@ void WindingEditor::updateUI()
     m_rows->setRowEnabled("slotFillFactor", editable && fillFactor);
     const bool upperLowerDouble = m_winding->isDoubleLayer() && m_winding->isOrientationUpperLower();
     m_rows->setRowEnabled("coilSpan", editable && upperLowerDouble && !m_winding->autoCalcCoilSpan());
-    auto *unlock = findChild<QToolButton *>(QStringLiteral("buttonUnlockCoilSpan"));
-    unlock->setEnabled(editable);
-    unlock->setVisible(m_winding->isDoubleLayer() && m_winding->isOrientationLeftRight() && m_winding->coilSpan() == 1);
+    m_unlockCoilSpan->setEnabled(editable);
+    m_unlockCoilSpan->setVisible(m_winding->isDoubleLayer() && m_winding->isOrientationLeftRight() && m_winding->coilSpan() == 1);
     m_rows->setRowEnabled("autoCalcCoilSpan", editable && upperLowerDouble);
     m_rows->setRowEnabled("phaseResistance", editable && !m_winding->autoCalcPhaseResistance());
     m_rows->setRowEnabled("endInductance", editable && !m_winding->autoCalcEndInductance());
@@ -337,11 +335,10 @@ void WindingEditor::updateUI()
         m_layouts->setVisible(count >= 2);
         m_coilsView->coilsModel()->setLayoutIndex(qMax(0, m_layouts->currentIndex()));
     }
-    auto *reverse = findChild<QCheckBox *>(QStringLiteral("checkBoxReverseLayers"));
-    reverse->setVisible(upperLowerDouble);
+    m_reverseLayers->setVisible(upperLowerDouble);
     {
-        const QSignalBlocker blocker(reverse);
-        reverse->setChecked(m_winding->reverseLayersLayouts().value(qMax(0, m_layouts->currentIndex())));
+        const QSignalBlocker blocker(m_reverseLayers);
+        m_reverseLayers->setChecked(m_winding->reverseLayersLayouts().value(qMax(0, m_layouts->currentIndex())));
     }
     m_coilsView->setEnabled(m_winding->isFeasible());
     updateFacts();

@@ -5,7 +5,9 @@
 class Document;
 class LayoutCoilsView;
 class PropertyRows;
+class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QToolButton;
 class WindingObject;
@@ -23,7 +25,7 @@ public:
 
 private:
     void createForm();
-    void createLayoutRows();
+    void createLayoutRows(QGridLayout *grid);
     void createEndWindingRows();
     // A red mark at the end of a property's row, hidden until a check fails.
     QLabel *addMark(const PropertyRows *rows, const char *property, const char *name);
@@ -56,4 +58,6 @@ private:
     QLabel *m_markParallelPaths = nullptr;
     QComboBox *m_layouts = nullptr;
     LayoutCoilsView *m_coilsView = nullptr;
+    QCheckBox *m_reverseLayers = nullptr;
+    QToolButton *m_unlockCoilSpan = nullptr;
 };
