@@ -30,6 +30,8 @@ public:
     // The material icon for a name, the prohibition sign for no material. Whether the
     // material exists is not looked at.
     QIcon iconOf(const QString &name) const;
+    // The first material of that name in the walk of the sorted tree, or null.
+    const MaterialDescribe *find(const QString &name) const;
 
 protected:
     // The icon of the kind's materials is that of a default role object. It is painted
@@ -39,8 +41,6 @@ protected:
     // Reads the kind's folder below the library folder; a concrete engine calls it from
     // its constructor, once its reader is in place.
     void build(const QString &folder, const char *missingFolderMessage);
-    // The first material of that name in the walk of the sorted tree, or null.
-    const MaterialDescribe *find(const QString &name) const;
 
 private:
     struct Node

@@ -40,6 +40,7 @@
 #include "ui/GlassWidget.h"
 #include "ui/MagnetostaticEditor.h"
 #include "ui/MagnetostaticPageViewer.h"
+#include "ui/MaterialsPanel.h"
 #include "ui/MeshEditor.h"
 #include "ui/MeshPageViewer.h"
 #include "ui/MotorGeometryEditor.h"
@@ -341,11 +342,16 @@ void DocumentWindow::createViewers()
         return;
     }
     const auto addViewer = [this](GeometryScene *scene, const char *name, Document::Mode mode) {
-        auto *viewer = new GeometryViewer(scene, m_viewers);
+        auto *page = new QSplitter(Qt::Horizontal, m_viewers);
+        auto *viewer = new GeometryViewer(scene, page);
         viewer->setObjectName(QLatin1String(name));
-        m_viewers->addWidget(viewer);
+        page->addWidget(viewer);
+        page->addWidget(new MaterialsPanel(m_document, scene, page));
+        page->setStretchFactor(0, 1);
+        page->setSizes({4 * m_viewers->width() / 5, m_viewers->width() / 5});
+        m_viewers->addWidget(page);
         m_viewerOfMode.insert(mode, viewer);
-        m_pageOfMode.insert(mode, viewer);
+        m_pageOfMode.insert(mode, page);
         connect(viewer, &occ::View::zoomAutoFitChanged, this, &DocumentWindow::aboutToUpdateUI);
     };
     addViewer(new MotorGeometryScene(m_document), "viewerMotor", Document::GeometryMotor);

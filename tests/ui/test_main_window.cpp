@@ -5,6 +5,8 @@
 #include "analysis/MagnetostaticAnalysis.h"
 #include "analysis/DriveSettings.h"
 #include <QAction>
+#include <QCheckBox>
+#include <QLabel>
 #include <QApplication>
 #include <QClipboard>
 #include <QDragEnterEvent>
@@ -42,6 +44,7 @@
 #include "ui/MagnetostaticResultWidget.h"
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
+#include "ui/MaterialsWidget.h"
 #include "ui/MessageBox.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -725,6 +728,38 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
     trigger("actionUndo");
     ASSERT_TRUE(waitForMachine(viewer));
     EXPECT_EQ(coilsOn(viewer->scene()), coilsBefore);
+}
+
+TEST_F(MainWindowTest, TheMaterialsBesideTheMotorHideAKindAndWeighTheMachine)
+{
+    window->resize(1100, 720);
+    DocumentWindow *documentWindow = openByDialog(design);
+    ASSERT_NE(documentWindow, nullptr);
+    GeometryViewer *viewer = documentWindow->viewer(Document::GeometryMotor);
+    ASSERT_TRUE(waitForMachine(viewer));
+    QWidget *page = viewer->parentWidget();
+    auto *materials = page->findChild<MaterialsWidget *>(QStringLiteral("widgetMaterials"));
+    ASSERT_NE(materials, nullptr);
+    EXPECT_TRUE(materials->isVisible());
+    EXPECT_TRUE(materials->isRowShown(MaterialsWidget::RotorMagnet));
+    EXPECT_FALSE(materials->isRowShown(MaterialsWidget::RotorConductor));
+    QCoreApplication::processEvents();
+    auto *total = page->findChild<QLabel *>(QStringLiteral("labelTotalWeightValue"));
+    ASSERT_NE(total, nullptr);
+    EXPECT_GT(total->text().toDouble(), 0.0);
+
+    const auto magnetObjects = [viewer] {
+        int count = 0;
+        for (const Handle(AIS_InteractiveObject) &object : viewer->scene()->objects())
+            count += viewer->scene()->pieceOf(object).kind() == AbstractMaterial::MagnetKind ? 1 : 0;
+        return count;
+    };
+    EXPECT_GT(magnetObjects(), 0);
+    page->findChild<QCheckBox *>(QStringLiteral("buttonRotorMagnet"))->click();
+    EXPECT_EQ(magnetObjects(), 0);
+    EXPECT_FALSE(viewer->scene()->isMaterialVisible(QStringLiteral("VisibleRotorMagnet")));
+    page->findChild<QPushButton *>(QStringLiteral("buttonShowAll"))->click();
+    EXPECT_GT(magnetObjects(), 0);
 }
 
 TEST_F(MainWindowTest, ExportToStepWritesTheBodiesOfThePageOnView)

@@ -44,6 +44,7 @@ public:
     // for pieces that are always shown.
     static QString visibilityKey(Piece::Scope scope, qint32 kind);
     void setMaterialVisible(const QString &key, bool visible);
+    bool isMaterialVisible(const QString &key) const { return m_visibleMaterials.value(key, true); }
     bool isPieceVisible(const Piece &piece) const;
     virtual void loadSettings();
     virtual void saveSettings() const;

@@ -1,0 +1,51 @@
+#include "ui/MaterialsPanel.h"
+
+#include <QVBoxLayout>
+
+#include "ui/MaterialWeightWidget.h"
+#include "ui/MaterialsWidget.h"
+#include "ui/Viewer/GeometryScene.h"
+
+namespace {
+
+struct Visibility
+{
+    MaterialsWidget::RowId row;
+    void (MaterialsWidget::*toggled)(bool);
+    const char *key;
+};
+
+const Visibility visibilities[] = {
+    {MaterialsWidget::General, &MaterialsWidget::buttonMaterialGeneralToggled, "VisibleGeneral"},
+    {MaterialsWidget::StatorIron, &MaterialsWidget::buttonMaterialStatorIronToggled, "VisibleStatorIron"},
+    {MaterialsWidget::StatorWinding, &MaterialsWidget::buttonMaterialStatorWindingToggled, "VisibleStatorWinding"},
+    {MaterialsWidget::StatorEndturn, &MaterialsWidget::buttonMaterialStatorEndturnToggled, "VisibleStatorEndturn"},
+    {MaterialsWidget::RotorIron, &MaterialsWidget::buttonMaterialRotorIronToggled, "VisibleRotorIron"},
+    {MaterialsWidget::RotorConductor, &MaterialsWidget::buttonMaterialRotorConductorToggled, "VisibleRotorConductor"},
+    {MaterialsWidget::RotorMagnet, &MaterialsWidget::buttonMaterialRotorMagnetToggled, "VisibleRotorMagnet"},
+};
+
+} // namespace
+
+MaterialsPanel::MaterialsPanel(Document *document, GeometryScene *scene, QWidget *parent)
+    : QWidget(parent), m_materials(new MaterialsWidget(this)), m_weight(new MaterialWeightWidget(this))
+{
+    setObjectName(QStringLiteral("materialsPanel"));
+    m_materials->setObjectName(QStringLiteral("widgetMaterials"));
+    m_weight->setObjectName(QStringLiteral("widgetMaterialWeight"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_materials, 1);
+    layout->addWidget(m_weight);
+
+    m_materials->setDocument(document);
+    m_weight->setDocument(document);
+    for (const Visibility &visibility : visibilities) {
+        const QString key = QLatin1String(visibility.key);
+        m_materials->setRowChecked(visibility.row, scene->isMaterialVisible(key));
+        connect(m_materials, visibility.toggled, scene, [scene, key](bool on) { scene->setMaterialVisible(key, on); });
+    }
+    connect(scene, &GeometryScene::redrawScene, m_materials, [this, scene] { m_materials->setPieces(scene->pieces()); });
+    connect(scene, &GeometryScene::selectionChanged, m_materials, &MaterialsWidget::setSelection);
+    m_materials->setPieces(scene->pieces());
+}
