@@ -10,6 +10,8 @@ MaterialSelectWidget::MaterialSelectWidget(QWidget *parent) : QFrame(parent), m_
     m_buttonSelect->setIcon(QIcon(QStringLiteral(":/prohibition.png")));
     m_buttonSelect->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_buttonSelect->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    // A long name may be cut rather than widen the panel it stands in.
+    m_buttonSelect->setMinimumWidth(130);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_buttonSelect);

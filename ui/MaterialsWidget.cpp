@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "document/CommandSetPropertyObject.h"
@@ -107,6 +108,11 @@ MaterialsWidget::MaterialsWidget(QWidget *parent) : QWidget(parent)
     outer->addWidget(m_scrollArea, 1);
 
     createRows();
+    // The rows are narrow enough to stand whole beside the view: no sideways scrolling.
+    m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrollArea->setMinimumWidth(m_scrollArea->widget()->minimumSizeHint().width() +
+                                  m_scrollArea->verticalScrollBar()->sizeHint().width() +
+                                  2 * m_scrollArea->frameWidth());
     connect(m_buttonShowAll, &QPushButton::clicked, this, &MaterialsWidget::showAllRows);
     for (int row = 0; row < RowCount; ++row)
         rowToggled(RowId(row), true);
@@ -154,6 +160,8 @@ void MaterialsWidget::createRows()
     m_labelStatorWindingLayer = newLabel(windingFrame, "labelStatorWindingLayer", tr(" Layout / Slot / Layer:"));
     m_valueStatorWindingLayer = newLabel(windingFrame, "valueStatorWindingLayer", tr("<layout / slot / layer>"));
     layerRow->addWidget(m_labelStatorWindingLayer);
+    // The value is short; its placeholder must not widen the panel.
+    m_valueStatorWindingLayer->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     layerRow->addWidget(m_valueStatorWindingLayer, 1);
     static_cast<QVBoxLayout *>(windingFrame->layout())->addLayout(layerRow);
 
