@@ -24,10 +24,12 @@
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
+#include "materials/AbstractMaterial.h"
 #include "ui/Controls/NumberEdit.h"
 #include "ui/FileDialog.h"
 #include "ui/HarmonicFactorView.h"
 #include "ui/LayoutCoilsModel.h"
+#include "ui/MaterialsWidget.h"
 #include "ui/MessageBox.h"
 #include "ui/MmfSpectrumView.h"
 #include "ui/ModelComboBoxes.h"
@@ -263,6 +265,26 @@ void WindingEditor::createEndWindingRows()
     rows->addNumber(tr("Inner end turns height (mm):"), "heightInnerEndturn", QString(), QString())
         ->setObjectName(QStringLiteral("editHeightInnerEndturn"));
     m_endRows = rows;
+
+    auto *materials = new MaterialsWidget(group);
+    materials->setObjectName(QStringLiteral("widgetMaterials"));
+    materials->setDocument(m_document);
+    grid->addWidget(materials, grid->rowCount(), 0, 1, grid->columnCount());
+    // The winding's own materials: coil sides and end turns of the stator. Pieces are
+    // taken once built, never built here.
+    const auto showWindingPieces = [this, materials] {
+        PieceList winding;
+        if (m_document->hasPieces()) {
+            for (const Piece &piece : m_document->pieces()) {
+                const bool stator = Piece::Scopes(piece.scope()) & Piece::StatorMask;
+                if (stator && (piece.kind() == AbstractMaterial::WindingKind || piece.kind() == AbstractMaterial::EndturnKind))
+                    winding.append(piece);
+            }
+        }
+        materials->setPieces(winding);
+    };
+    connect(m_document, &Document::piecesReady, materials, showWindingPieces);
+    showWindingPieces();
 }
 
 QLabel *WindingEditor::addMark(const PropertyRows *rows, const char *property, const char *name)

@@ -21,6 +21,8 @@
 #include "ui/FileDialog.h"
 #include "ui/MessageBox.h"
 #include "ui/LayoutCoilsModel.h"
+#include "ui/MaterialRowWidgets.h"
+#include "ui/MaterialsWidget.h"
 #include "ui/MmfSpectrumView.h"
 #include "ui/ModelComboBoxes.h"
 #include "ui/WindingEditor.h"
@@ -100,6 +102,24 @@ TEST_F(WindingPageTest, TheWireMethodChoosesWhichRowsCanBeEdited)
     document.setReadonly(true);
     EXPECT_FALSE(method->isEnabled());
     EXPECT_FALSE(fill->isEnabled());
+}
+
+TEST_F(WindingPageTest, TheWindingsMaterialsAreChosenBesideItsRows)
+{
+    WindingEditor editor(&document);
+    auto *materials = child<MaterialsWidget>(editor, "widgetMaterials");
+    ASSERT_NE(materials, nullptr);
+    EXPECT_FALSE(materials->isRowShown(MaterialsWidget::StatorWinding));
+    document.pieces();
+    QCoreApplication::processEvents();
+    // Only the winding's kinds: the coil sides, never the irons.
+    EXPECT_TRUE(materials->isRowShown(MaterialsWidget::StatorWinding));
+    EXPECT_FALSE(materials->isRowShown(MaterialsWidget::StatorIron));
+    EXPECT_FALSE(materials->isRowShown(MaterialsWidget::RotorMagnet));
+    EXPECT_EQ(materials->statorWindingWidget()->material(), document.stator()->windingMaterial());
+
+    document.stator()->setWindingTemperature(120.0);
+    EXPECT_EQ(materials->statorWindingWidget()->findChild<NumberEdit *>(QStringLiteral("editTemperature"))->value(), 120.0);
 }
 
 TEST_F(WindingPageTest, TheCoilTableListsEachPhaseAndEditsOnlyAManualBaseLayout)
