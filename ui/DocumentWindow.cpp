@@ -445,9 +445,22 @@ void DocumentWindow::documentReady()
         }
         return;
     }
+    if (!m_deferredPreparation)
+        prepareData();
+    m_deferredPreparation = false;
     m_document->setPreparing(false);
     m_document->setModified(false);
     documentModeChanged(m_document->mode());
+}
+
+void DocumentWindow::prepareData()
+{
+    QWidget *page = m_viewers->currentWidget();
+    page->hide();
+    const GlassWidget overlay(tr("Preparing..."), this);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_document->ensureData();
+    page->show();
 }
 
 bool DocumentWindow::load(const QString &path, Document::Mode mode)
@@ -465,6 +478,7 @@ bool DocumentWindow::load(const QString &path, Document::Mode mode)
 void DocumentWindow::newDocument()
 {
     m_newFile = true;
+    m_deferredPreparation = true;
     m_document->setFilePath(QStringLiteral("new_motor_%1.%2").arg(nextNewDocumentNumber()).arg(zvaSuffix()));
     m_document->markAsMade();
     m_document->setModified(false);

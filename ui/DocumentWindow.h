@@ -102,6 +102,8 @@ private:
     void documentModeChanged(Document::Mode mode);
     void toolBoxPageChanged(int index);
     void documentReady();
+    // Pieces, end turns and meshes, behind an overlay: what an export or analysis reads.
+    void prepareData();
     void makeFileCurrent(const QString &path);
     bool saveToPath(const QString &path);
     void updateTab();
@@ -109,6 +111,8 @@ private:
 
     Document *m_document = nullptr;
     bool m_newFile = true;
+    // A new document has nothing to prepare before it is first shown.
+    bool m_deferredPreparation = false;
     QSplitter *m_splitterHorizontal = nullptr;
     QSplitter *m_splitterVertical = nullptr;
     QToolBox *m_toolBoxEditors = nullptr;

@@ -730,6 +730,26 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
     EXPECT_EQ(coilsOn(viewer->scene()), coilsBefore);
 }
 
+TEST_F(MainWindowTest, AnOpenedDesignIsPreparedBeforeItIsShownAndANewOneIsNot)
+{
+    DocumentWindow *opened = openByDialog(design);
+    ASSERT_NE(opened, nullptr);
+    Document *document = opened->document();
+    EXPECT_TRUE(document->hasPieces());
+    EXPECT_FALSE(document->mesh()->isMeshInvalid());
+    EXPECT_EQ(document->mesh()->meshSlices().size(), document->mesh()->numberSlices());
+    EXPECT_FALSE(document->isPreparing());
+    EXPECT_FALSE(document->isModified());
+    EXPECT_EQ(opened->findChild<GlassWidget *>(), nullptr);
+
+    trigger("actionNew");
+    QCoreApplication::processEvents();
+    DocumentWindow *created = window->currentDocumentWindow();
+    ASSERT_NE(created, opened);
+    EXPECT_TRUE(created->document()->mesh()->isMeshInvalid());
+    EXPECT_FALSE(created->document()->isPreparing());
+}
+
 TEST_F(MainWindowTest, TheMaterialsBesideTheMotorHideAKindAndWeighTheMachine)
 {
     window->resize(1100, 720);
