@@ -263,12 +263,10 @@ void MaterialsWidget::setPieces(const PieceList &pieces)
         if (row >= 0)
             needed[row] = true;
     }
-    layout()->setEnabled(false);
     for (int row = 0; row < RowCount; ++row) {
         m_rows[row].button->setVisible(needed[row]);
         m_rows[row].frame->setVisible(needed[row]);
     }
-    layout()->setEnabled(true);
     updateEnabled();
 }
 
@@ -379,7 +377,6 @@ void MaterialsWidget::showSelection()
 
 void MaterialsWidget::updateFrames()
 {
-    layout()->setEnabled(false);
     for (int row = 0; row < RowCount; ++row) {
         QFrame *frame = m_rows[row].frame;
         const bool current = row == m_selectedRow;
@@ -391,7 +388,6 @@ void MaterialsWidget::updateFrames()
         if (current)
             m_scrollArea->ensureWidgetVisible(frame, 50, 50);
     }
-    layout()->setEnabled(true);
 }
 
 void MaterialsWidget::updateEnabled()

@@ -705,6 +705,8 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
     const int coilsBefore = coilsOn(viewer->scene());
     EXPECT_GT(coilsBefore, 0);
 
+    // The panels beside the view lay out what the finished machine changed.
+    QCoreApplication::processEvents();
     const QImage drawn = window->grab().toImage();
     if (qEnvironmentVariableIsSet("ZDS_SCREENSHOT"))
         drawn.save(qEnvironmentVariable("ZDS_SCREENSHOT"));
