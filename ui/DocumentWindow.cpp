@@ -468,6 +468,15 @@ bool DocumentWindow::load(const QString &path, Document::Mode mode)
     m_document->start();
     if (!m_document->load(path))
         return false;
+    if (!m_document->isReadonly() && !m_document->isProtectedFile() && !m_fileLock.lock(path)) {
+        MessageBox::information(
+            this, QCoreApplication::applicationName(),
+            tr("%1 is open for editing in another window of the program (process %2).\n"
+               "It is opened here view only: close it there to change it here.")
+                .arg(QDir::toNativeSeparators(path))
+                .arg(m_fileLock.holderProcess()));
+        m_document->setReadonly(true);
+    }
     makeFileCurrent(path);
     if (mode != Document::UnknownMode)
         m_document->setMode(mode);
@@ -575,6 +584,16 @@ bool DocumentWindow::saveToPath(const QString &path)
         }
     }
 
+    // Another window may have the target open: writing over it there would lose its work.
+    DesignFileLock targetLock;
+    const bool sameDesign = m_fileLock.isLocked() && QFileInfo(path).canonicalFilePath() == m_fileLock.designPath();
+    if (!sameDesign && !targetLock.lock(path)) {
+        MessageBox::warning(this, title,
+                            tr("Can't write file %1: it is open for editing in another window of the program.")
+                                .arg(QDir::toNativeSeparators(path)));
+        return false;
+    }
+
     QApplication::setOverrideCursor(Qt::WaitCursor);
     bool saved = true;
     if (info.suffix().toLower() == zvapSuffix()) {
@@ -588,6 +607,8 @@ bool DocumentWindow::saveToPath(const QString &path)
         MessageBox::warning(this, title, tr("Can't write file %1.").arg(QDir::toNativeSeparators(path)));
         return false;
     }
+    if (!sameDesign)
+        m_fileLock = std::move(targetLock);
     makeFileCurrent(path);
     return true;
 }

@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "document/Document.h"
+#include "ui/DesignFileLock.h"
 
 class ConsoleContentModel;
 class ConsoleWidget;
@@ -111,6 +112,8 @@ private:
 
     Document *m_document = nullptr;
     bool m_newFile = true;
+    // Held while the design is open for editing here.
+    DesignFileLock m_fileLock;
     // A new document has nothing to prepare before it is first shown.
     bool m_deferredPreparation = false;
     QSplitter *m_splitterHorizontal = nullptr;
