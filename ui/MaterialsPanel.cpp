@@ -4,6 +4,7 @@
 
 #include "ui/MaterialWeightWidget.h"
 #include "ui/MaterialsWidget.h"
+#include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryScene.h"
 
 namespace {
@@ -47,5 +48,10 @@ MaterialsPanel::MaterialsPanel(Document *document, GeometryScene *scene, QWidget
     }
     connect(scene, &GeometryScene::redrawScene, m_materials, [this, scene] { m_materials->setPieces(scene->pieces()); });
     connect(scene, &GeometryScene::selectionChanged, m_materials, &MaterialsWidget::setSelection);
+    if (auto *motor = qobject_cast<MotorGeometryScene *>(scene)) {
+        connect(m_materials, &MaterialsWidget::hightlightWindingPhasesToggled, motor,
+                &MotorGeometryScene::setHighlightPhases);
+        connect(m_materials, &MaterialsWidget::showOnlyFilamentsToggled, motor, &MotorGeometryScene::setFilamentsOnly);
+    }
     m_materials->setPieces(scene->pieces());
 }

@@ -318,6 +318,9 @@ struct SlotSectionRecord
     double z = 0.0;
     double innerRadius = 0.0;
     double outerRadius = 0.0;
+    // Of the section: across the slot and along the machine's axis, mm.
+    double width = 0.0;
+    double height = 0.0;
 };
 
 SlotSectionRecord measured(const servoce::shape &side)
@@ -331,6 +334,8 @@ SlotSectionRecord measured(const servoce::shape &side)
     record.z = (along.zmin + along.zmax) / 2.0;
     record.innerRadius = std::hypot(along.xmin, ym);
     record.outerRadius = std::hypot(along.xmax, ym);
+    record.width = along.ymax - along.ymin;
+    record.height = along.zmax - along.zmin;
     return record;
 }
 
@@ -381,7 +386,6 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
     }
     const int layers = effectiveNumberLayers();
     const double pitch = 2.0 * M_PI / numberSlots();
-    const double coilRadius = 1.05 * qMax(m_widthWindingCoil, m_heightWindingCoil) / 2.0;
     for (int index = 0; index < m_countLayouts; ++index) {
         QVector<SlotSectionRecord> records;
         for (const QPair<int, servoce::shape> &side : firstSides.value(index)) {
@@ -390,6 +394,12 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
         }
         if (records.size() < layers)
             continue;
+        // The first stator face gives the coil's section.
+        if (index == 0) {
+            setWidthWindingCoil(records.first().width);
+            setHeightWindingCoil(records.first().height);
+        }
+        const double coilRadius = 1.05 * qMax(m_widthWindingCoil, m_heightWindingCoil) / 2.0;
         QVector<Winding::Endturns> coils;
         const Winding::Layout &layout = m_coilLayouts.at(index);
         for (int phase = Winding::A; phase < Winding::Count; ++phase) {

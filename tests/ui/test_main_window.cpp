@@ -5,6 +5,7 @@
 #include "analysis/MagnetostaticAnalysis.h"
 #include "analysis/DriveSettings.h"
 #include <QAction>
+#include <TopoDS_Shape.hxx>
 #include <QCheckBox>
 #include <QLabel>
 #include <QApplication>
@@ -45,6 +46,9 @@
 #include "ui/FileDialog.h"
 #include "ui/MainWindow.h"
 #include "ui/MaterialsWidget.h"
+#include "ui/Viewer/ElementScenes.h"
+#include "materials/WindingMaterial.h"
+#include "winding/Winding.h"
 #include "ui/MessageBox.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -730,6 +734,55 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
     trigger("actionUndo");
     ASSERT_TRUE(waitForMachine(viewer));
     EXPECT_EQ(coilsOn(viewer->scene()), coilsBefore);
+}
+
+TEST_F(MainWindowTest, TheMotorPageDrawsTheEndTurnsAsBundlesOrLinesInTheirPhasesColours)
+{
+    DocumentWindow *documentWindow = openByDialog(design);
+    ASSERT_NE(documentWindow, nullptr);
+    GeometryViewer *viewer = documentWindow->viewer(Document::GeometryMotor);
+    ASSERT_TRUE(waitForMachine(viewer));
+    auto *scene = qobject_cast<MotorGeometryScene *>(viewer->scene());
+    ASSERT_NE(scene, nullptr);
+    const auto endturns = [scene] {
+        PieceList found;
+        for (const Piece &piece : scene->pieces()) {
+            if (piece.kind() == AbstractMaterial::EndturnKind)
+                found.append(piece);
+        }
+        return found;
+    };
+    // Each coil of the example's tooth-coil winding has an outer and an inner end turn.
+    const PieceList bundles = endturns();
+    ASSERT_EQ(bundles.size(), 2 * 12);
+    for (const Piece &piece : bundles)
+        EXPECT_GT(piece.shape().volume(), 1.0);
+
+    QWidget *page = viewer->parentWidget();
+    page->findChild<QCheckBox *>(QStringLiteral("checkBoxShowOnlyFilaments"))->click();
+    const PieceList lines = endturns();
+    ASSERT_EQ(lines.size(), bundles.size());
+    for (const Piece &piece : lines)
+        EXPECT_EQ(piece.shape().Shape().ShapeType(), TopAbs_WIRE);
+
+    page->findChild<QCheckBox *>(QStringLiteral("checkBoxHightlightWindingPhases"))->click();
+    int phaseColoured = 0;
+    for (const Handle(AIS_InteractiveObject) &object : scene->objects()) {
+        const Piece piece = scene->pieceOf(object);
+        const auto material = piece.material().dynamicCast<EndturnMaterial>();
+        if (!material)
+            continue;
+        Quantity_Color color;
+        object->Color(color);
+        double red = 0.0, green = 0.0, blue = 0.0;
+        color.Values(red, green, blue, Quantity_TOC_sRGB);
+        const QColor expected = Winding::phaseColor(Winding::Phase(material->phase()), false);
+        phaseColoured += std::abs(red - expected.redF()) < 0.02 && std::abs(green - expected.greenF()) < 0.02
+                                 && std::abs(blue - expected.blueF()) < 0.02
+                             ? 1
+                             : 0;
+    }
+    EXPECT_EQ(phaseColoured, bundles.size());
 }
 
 TEST_F(MainWindowTest, AnOpenedDesignIsPreparedBeforeItIsShownAndANewOneIsNot)

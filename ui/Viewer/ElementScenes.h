@@ -12,6 +12,11 @@ public:
 
     void applyMotorChanges() { applyChanges(); }
 
+    // End turns in the colours of their phases instead of their material's.
+    void setHighlightPhases(bool highlight);
+    // End turns as their centre lines instead of as bundles.
+    void setFilamentsOnly(bool filamentsOnly);
+
 signals:
     void showSectionRadialChanged(bool show);
     void showSectionCylindricalChanged(bool show);
@@ -19,6 +24,17 @@ signals:
 protected:
     PieceList buildPieces() override;
     void createScene(const PieceList &pieces) override;
+    QColor colorOf(const Piece &piece) const override;
+
+private:
+    // The end turns of every layout as stator pieces; made here, on the GUI thread, since
+    // the end-turn script runs on it.
+    PieceList endturnPieces() const;
+    PieceList withEndturns() const;
+
+    PieceList m_machinePieces;
+    bool m_highlightPhases = false;
+    bool m_filamentsOnly = false;
 };
 
 // The bodies of one element alone, out of the same pieces of the document.

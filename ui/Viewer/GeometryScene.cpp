@@ -200,7 +200,7 @@ void GeometryScene::setPieces(const PieceList &pieces, const double &transparenc
 Handle(AIS_InteractiveObject) GeometryScene::objectOf(const Piece &piece, double transparency) const
 {
     const QSharedPointer<AbstractMaterial> material = piece.material();
-    const QColor color = material ? material->color() : materialTypeColor(AbstractMaterial::EmptyKind);
+    const QColor color = colorOf(piece);
     const auto magnet = material.dynamicCast<MagnetMaterial>();
     if (magnet) {
         Handle(MagnetShape) shape = new MagnetShape(piece.shape().Shape(), *magnet, color);
@@ -215,6 +215,12 @@ Handle(AIS_InteractiveObject) GeometryScene::objectOf(const Piece &piece, double
     if (transparency > 0.0 || alpha > 0.0)
         shape->SetTransparency(std::max(transparency, alpha));
     return shape;
+}
+
+QColor GeometryScene::colorOf(const Piece &piece) const
+{
+    const QSharedPointer<AbstractMaterial> material = piece.material();
+    return material ? material->color() : materialTypeColor(AbstractMaterial::EmptyKind);
 }
 
 Piece GeometryScene::pieceOf(const Handle(AIS_InteractiveObject) &object) const

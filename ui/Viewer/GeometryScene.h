@@ -68,6 +68,8 @@ protected:
     virtual PieceList buildPieces() = 0;
     // Runs on the GUI thread on the finished pieces.
     virtual void createScene(const PieceList &pieces);
+    // The colour a piece is drawn in: its material's.
+    virtual QColor colorOf(const Piece &piece) const;
     void requestPieces();
 
 private:
