@@ -163,6 +163,9 @@ shape make_fragments(const std::vector<shape> &shapes)
             if (!part.is_null())
                 arguments.Append(part.Shape());
         }
+        // The kernel asks for two at least; one alone is split already.
+        if (arguments.Size() < 2)
+            return arguments.IsEmpty() ? shape() : shape(arguments.First());
         BRepAlgoAPI_BuilderAlgo builder;
         builder.SetArguments(arguments);
         builder.Build();
