@@ -23,6 +23,12 @@ namespace nglib {
 // the function itself is exported with C linkage.
 extern "C" void Ng_GetStatus(char **str, double &percent);
 
+// The level up to which netgen prints its steps, a global of its mesh library
+// whose header is not installed either.
+namespace netgen {
+extern int printmessage_importance;
+}
+
 namespace {
 
 std::mutex runMutex;
@@ -159,6 +165,8 @@ VolumeMesh readMeshFile(const std::string &path)
 NetgenSession::NetgenSession()
 {
     nglib::Ng_Init();
+    // Its steps would flood the program's log; its errors still reach it.
+    netgen::printmessage_importance = 0;
 }
 
 NetgenSession::~NetgenSession()

@@ -23,12 +23,21 @@ MeshNetgenViewer::MeshNetgenViewer(Mesh3DScene *scene, QWidget *parent)
     m_generating->hide();
     connect(m_scene, &Mesh3DScene::createSceneStarted, m_generating, &QWidget::show);
     connect(m_scene, &Mesh3DScene::createSceneFinished, this, &MeshNetgenViewer::showMesh);
+    connect(m_scene, &Mesh3DScene::sceneOutdated, this, [this] {
+        if (isVisible())
+            requestMesh();
+    });
 }
 
 void MeshNetgenViewer::showEvent(QShowEvent *event)
 {
     RuleZoomViewer::showEvent(event);
-    // Once shown: the mesh is made in an event loop of its own.
+    requestMesh();
+}
+
+void MeshNetgenViewer::requestMesh()
+{
+    // Once control is back in the event loop: the mesh is made in a loop of its own.
     QTimer::singleShot(0, m_scene, &Mesh3DScene::createScene);
 }
 

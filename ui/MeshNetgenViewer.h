@@ -20,6 +20,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    void requestMesh();
     void showMesh();
 
     Mesh3DScene *m_scene;

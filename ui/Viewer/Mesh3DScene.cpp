@@ -29,9 +29,13 @@ void Mesh3DScene::createScene()
     m_volumeMesh = mesh3D->createMesh(mesh3D->periodShapes());
     m_generating = false;
     emit createSceneFinished();
+    // A change while netgen ran leaves this mesh stale.
+    if (m_outdated)
+        emit sceneOutdated();
 }
 
 void Mesh3DScene::markOutdated()
 {
     m_outdated = true;
+    emit sceneOutdated();
 }

@@ -30,6 +30,8 @@ signals:
     void createSceneFinished();
     // The step netgen is at, as "%1: %2%".
     void progressCreateScene(QString text);
+    // The machine or the settings changed: a view on screen asks for the mesh again.
+    void sceneOutdated();
 
 private:
     void markOutdated();

@@ -45,6 +45,10 @@ Mesh3DViewer::Mesh3DViewer(Mesh3DScene *scene, QWidget *parent)
     connect(m_scene, &Mesh3DScene::createSceneStarted, this, [this] { showProgress(tr("Generating 3D mesh...")); });
     connect(m_scene, &Mesh3DScene::progressCreateScene, this, &Mesh3DViewer::showProgress);
     connect(m_scene, &Mesh3DScene::createSceneFinished, this, &Mesh3DViewer::showMesh);
+    connect(m_scene, &Mesh3DScene::sceneOutdated, this, [this] {
+        if (isVisible())
+            requestMesh();
+    });
 }
 
 QString Mesh3DViewer::progressText() const
@@ -55,7 +59,12 @@ QString Mesh3DViewer::progressText() const
 void Mesh3DViewer::showEvent(QShowEvent *event)
 {
     occ::View::showEvent(event);
-    // Once shown: the mesh is made in an event loop of its own.
+    requestMesh();
+}
+
+void Mesh3DViewer::requestMesh()
+{
+    // Once control is back in the event loop: the mesh is made in a loop of its own.
     QTimer::singleShot(0, m_scene, &Mesh3DScene::createScene);
 }
 

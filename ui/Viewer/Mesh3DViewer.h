@@ -19,6 +19,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    void requestMesh();
     void showMesh();
     void showProgress(const QString &text);
 
