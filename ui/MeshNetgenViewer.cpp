@@ -32,6 +32,9 @@ MeshNetgenViewer::MeshNetgenViewer(Mesh3DScene *scene, QWidget *parent)
 void MeshNetgenViewer::showEvent(QShowEvent *event)
 {
     RuleZoomViewer::showEvent(event);
+    // The other view may have had the mesh made already.
+    if (!m_scene->isOutdated() && !m_scene->isGenerating() && m_shownMesh != m_scene->volumeMesh())
+        showMesh();
     requestMesh();
 }
 
@@ -46,6 +49,7 @@ void MeshNetgenViewer::showMesh()
     m_generating->hide();
     m_flatScene->clear();
     const std::shared_ptr<const VolumeMesh> mesh = m_scene->volumeMesh();
+    m_shownMesh = mesh;
     QPainterPath edges;
     for (const VolumeMesh::Triangle &triangle : mesh->triangles) {
         const servoce::point3 &first = mesh->points[triangle.vertices[0]];

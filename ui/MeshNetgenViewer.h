@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "meshing/VolumeMesh.h"
 #include "ui/RuleZoomViewer.h"
 
 class Mesh3DScene;
@@ -24,6 +27,7 @@ private:
     void showMesh();
 
     Mesh3DScene *m_scene;
+    std::shared_ptr<const VolumeMesh> m_shownMesh;
     QGraphicsScene *m_flatScene;
     QLabel *m_generating;
 };

@@ -25,6 +25,7 @@
 #include "ui/MeshViewer.h"
 #include "ui/ModelComboBoxes.h"
 #include "ui/RuleZoomViewer.h"
+#include "ui/Viewer/Mesh3DViewer.h"
 
 // The mesh page on the example machine: its models, their triangles as drawn, the zoom
 // of the flat view, and the mesh settings through the undo stack.
@@ -152,6 +153,27 @@ TEST(MeshPageVolumeTest, TheFlatViewMakesAndDrawsTheVolumeMesh)
     ASSERT_TRUE(generating);
     EXPECT_EQ(generating->text(), QStringLiteral("Generating 3D flat mesh..."));
     EXPECT_FALSE(generating->isVisible());
+
+    // The 3D view takes the mesh made for the flat one.
+    Mesh3DViewer *view3D = page.volumeViewer();
+    if (!view3D)
+        GTEST_SKIP() << "the 3D view needs an X display";
+    volume->setCurrentIndex(1);
+    const auto shownObjects = [view3D] {
+        AIS_ListOfInteractive shown;
+        view3D->context()->DisplayedObjects(shown);
+        return shown.Size();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&shownObjects] { return shownObjects() == 2; }, 60000));
+    EXPECT_TRUE(view3D->progressText().isEmpty());
+    const QImage image = view3D->renderImage();
+    const QRgb background = image.pixel(0, 0);
+    int drawn = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            drawn += image.pixel(x, y) != background ? 1 : 0;
+    }
+    EXPECT_GT(drawn, image.width() * image.height() / 10);
 }
 
 TEST(RuleZoomViewerTest, FitsWithinItsLimitsAndAManualZoomEndsTheFit)

@@ -1,5 +1,6 @@
 #include "ui/Viewer/Mesh3DViewer.h"
 
+#include <Graphic3d_MaterialAspect.hxx>
 #include <MeshVS_DisplayModeFlags.hxx>
 #include <MeshVS_Drawer.hxx>
 #include <MeshVS_DrawerAttribute.hxx>
@@ -17,7 +18,7 @@ namespace {
 constexpr double boundaryTransparency = 0.5;
 
 Handle(MeshVS_Mesh) presentationOf(const std::shared_ptr<const VolumeMesh> &mesh, std::vector<int> triangles,
-                                   Quantity_NameOfColor colour)
+                                   Quantity_NameOfColor colour, double transparency)
 {
     Handle(MeshVS_Mesh) presentation = new MeshVS_Mesh();
     presentation->SetDataSource(new VolumeMeshSource(mesh, std::move(triangles)));
@@ -26,6 +27,11 @@ Handle(MeshVS_Mesh) presentationOf(const std::shared_ptr<const VolumeMesh> &mesh
     drawer->SetBoolean(MeshVS_DA_DisplayNodes, Standard_False);
     drawer->SetBoolean(MeshVS_DA_ShowEdges, Standard_True);
     drawer->SetColor(MeshVS_DA_InteriorColor, colour);
+    // The mesh presentation takes its transparency from its materials alone.
+    Graphic3d_MaterialAspect material(Graphic3d_NameOfMaterial_Plastified);
+    material.SetTransparency(float(transparency));
+    drawer->SetMaterial(MeshVS_DA_FrontMaterial, material);
+    drawer->SetMaterial(MeshVS_DA_BackMaterial, material);
     presentation->SetDisplayMode(MeshVS_DMF_Shading);
     return presentation;
 }
@@ -59,6 +65,9 @@ QString Mesh3DViewer::progressText() const
 void Mesh3DViewer::showEvent(QShowEvent *event)
 {
     occ::View::showEvent(event);
+    // The other view may have had the mesh made already.
+    if (!m_scene->isOutdated() && !m_scene->isGenerating() && m_shownMesh != m_scene->volumeMesh())
+        showMesh();
     requestMesh();
 }
 
@@ -73,6 +82,7 @@ void Mesh3DViewer::showMesh()
     showProgress(QString());
     context()->RemoveAll(Standard_False);
     const std::shared_ptr<const VolumeMesh> mesh = m_scene->volumeMesh();
+    m_shownMesh = mesh;
     std::vector<int> inner;
     std::vector<int> boundary;
     for (std::size_t i = 0; i < mesh->triangles.size(); ++i) {
@@ -81,11 +91,10 @@ void Mesh3DViewer::showMesh()
         (outer ? boundary : inner).push_back(int(i));
     }
     if (!inner.empty())
-        context()->Display(presentationOf(mesh, std::move(inner), Quantity_NOC_ORANGE), Standard_False);
+        context()->Display(presentationOf(mesh, std::move(inner), Quantity_NOC_ORANGE, 0.0), Standard_False);
     if (!boundary.empty()) {
-        const Handle(MeshVS_Mesh) hull = presentationOf(mesh, std::move(boundary), Quantity_NOC_LIGHTBLUE);
-        context()->Display(hull, Standard_False);
-        context()->SetTransparency(hull, boundaryTransparency, Standard_False);
+        context()->Display(presentationOf(mesh, std::move(boundary), Quantity_NOC_LIGHTBLUE, boundaryTransparency),
+                           Standard_False);
     }
     if (zoomAutoFit())
         fitAll();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+
+#include "meshing/VolumeMesh.h"
 #include "ui/Viewer/View.h"
 
 class Mesh3DScene;
@@ -24,5 +27,6 @@ private:
     void showProgress(const QString &text);
 
     Mesh3DScene *m_scene;
+    std::shared_ptr<const VolumeMesh> m_shownMesh;
     QLabel *m_progress;
 };
