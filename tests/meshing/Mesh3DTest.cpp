@@ -1,7 +1,9 @@
 #include <QFile>
 #include <QTemporaryDir>
+#include <QtMath>
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <map>
 #include <memory>
 #include <set>
@@ -11,8 +13,10 @@
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "geometry/servoce/solid.h"
+#include "materials/BasicMaterials.h"
 #include "meshing/Mesh.h"
 #include "meshing/Mesh3D.h"
+#include "meshing/PeriodGeometry.h"
 #include "support/ConsoleSpies.h"
 #include "support/LogCatcher.h"
 
@@ -92,6 +96,63 @@ std::unique_ptr<QTemporaryDir> Mesh3DTest::folder;
 std::unique_ptr<Document> Mesh3DTest::document;
 ShapeList Mesh3DTest::shapes;
 std::shared_ptr<VolumeMesh> Mesh3DTest::volumeMesh;
+
+// A ring segment of iron between the radii 80 and 120, 10 high from z = 0.
+servoce::shape ringSegment(double from, double sweep)
+{
+    return servoce::tube(120.0, 80.0, 10.0, qDegreesToRadians(sweep))
+        .transformed(servoce::rotateZ(qDegreesToRadians(from)));
+}
+
+double ringSegmentVolume(double sweep)
+{
+    return sweep / 360.0 * M_PI * (120.0 * 120.0 - 80.0 * 80.0) * 10.0;
+}
+
+PeriodBody ringBody(const PieceList &pieces, double displacement)
+{
+    PeriodBody body;
+    body.pieces = pieces;
+    body.displacement = displacement;
+    body.bottom = 0.0;
+    body.top = 10.0;
+    body.extensionBelow = 5.0;
+    body.extensionAbove = 2.0;
+    return body;
+}
+
+TEST(PeriodGeometry, AWholeTurnKeepsThePiecesAndFillsTheRestWithAir)
+{
+    const QSharedPointer<AbstractMaterial> iron(new IronMaterial);
+    const PeriodGeometry geometry(150.0, 360.0);
+    const ShapeList solids = geometry.solids({ringBody({Piece(ringSegment(0.0, 360.0), iron, Piece::Stator1)}, 0.0)});
+    ASSERT_EQ(solids.size(), 2);
+    EXPECT_NEAR(solids.at(0).volume(), ringSegmentVolume(360.0), 1e-6 * ringSegmentVolume(360.0));
+    const double cylinder = M_PI * 150.0 * 150.0 * 17.0;
+    EXPECT_NEAR(solids.at(1).volume(), cylinder - ringSegmentVolume(360.0), 1e-6 * cylinder);
+    const servoce::boundbox air = solids.at(1).bounding_box();
+    EXPECT_NEAR(air.zmin, -5.0, 1e-6);
+    EXPECT_NEAR(air.zmax, 12.0, 1e-6);
+}
+
+// The period of 90 degrees starts at the body's displacement of 30: of four
+// segments, one lies within, one crosses the side at 120 and two lie without.
+TEST(PeriodGeometry, APeriodCutsThePiecesAtItsSidesAndTurnsWithTheBody)
+{
+    const QSharedPointer<AbstractMaterial> iron(new IronMaterial);
+    PieceList pieces;
+    for (const double from : {-10.0, 60.0, 110.0, 200.0})
+        pieces.append(Piece(ringSegment(from, 30.0), iron, Piece::Stator1));
+    const PeriodGeometry geometry(150.0, 90.0);
+    const ShapeList solids = geometry.solids({ringBody(pieces, 30.0)});
+    ASSERT_EQ(solids.size(), 3);
+    EXPECT_NEAR(solids.at(0).volume(), ringSegmentVolume(30.0), 1e-6 * ringSegmentVolume(30.0));
+    EXPECT_NEAR(solids.at(1).volume(), ringSegmentVolume(10.0), 1e-6 * ringSegmentVolume(10.0));
+    const double sector = M_PI * 150.0 * 150.0 * 17.0 / 4.0;
+    EXPECT_NEAR(solids.at(2).volume(), sector - ringSegmentVolume(40.0), 1e-6 * sector);
+    const servoce::point3 centre = solids.at(2).center();
+    EXPECT_NEAR(qRadiansToDegrees(std::atan2(centre.y, centre.x)), 75.0, 5.0);
+}
 
 TEST(Mesh3DParameters, MinimalSizeIsAHundredthOfTheBound)
 {
