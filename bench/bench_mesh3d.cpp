@@ -25,6 +25,7 @@ void BM_Mesh3D(benchmark::State &state)
     if (tetrahedra == 0)
         state.SkipWithError("the mesh failed");
     state.counters["tetrahedra"] = double(tetrahedra);
+    state.counters["sizeBound"] = doc->mesh()->sizeBound();
 }
 BENCHMARK(BM_Mesh3D)->Unit(benchmark::kMillisecond)->Iterations(1);
 
