@@ -1,6 +1,7 @@
 #include "meshing/Mesh3D.h"
 
 #include <QDebug>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFutureWatcher>
 #include <QThread>
@@ -65,7 +66,11 @@ ShapeList Mesh3D::periodShapes() const
     Document *doc = m_mesh->document();
     const double radius = qMax(doc->stator()->outerDiameter(), doc->rotor()->outerDiameter()) / 2.0;
     const PeriodGeometry geometry(radius, doc->periodicityAngleSpan());
-    return geometry.solids(periodBodies(doc, m_mesh->boundCylinderAxialExtension()));
+    QElapsedTimer timer;
+    timer.start();
+    const ShapeList solids = geometry.solids(periodBodies(doc, m_mesh->boundCylinderAxialExtension()));
+    qDebug() << "Period solids made at" << timer.elapsed() << "ms";
+    return solids;
 }
 
 VolumeMeshParameters Mesh3D::meshingParameters(double sizeBound)
@@ -101,7 +106,11 @@ std::shared_ptr<VolumeMesh> Mesh3D::createMesh(const ShapeList &shapes)
 std::shared_ptr<VolumeMesh> Mesh3D::meshingTask(const ShapeList &shapes, const VolumeMeshParameters &parameters) const
 {
     try {
-        return std::make_shared<VolumeMesh>(netgenMesher::meshSolids(shapes, parameters));
+        QElapsedTimer timer;
+        timer.start();
+        auto mesh = std::make_shared<VolumeMesh>(netgenMesher::meshSolids(shapes, parameters));
+        qDebug() << "Volume mesh of" << mesh->tetrahedra.size() << "tetrahedra made at" << timer.elapsed() << "ms";
+        return mesh;
     } catch (const std::exception &failure) {
         const QString text = failureText + QStringLiteral(": ") + QString::fromLocal8Bit(failure.what());
         qCritical().noquote() << text;
