@@ -14,13 +14,9 @@
 #include "app/QDebugStream.h"
 #include "document/Document.h"
 #include "geometry/servoce/step.h"
+#include "meshing/NetgenMesher.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBox.h"
-
-// nglib declares its interface bare; the library defines it in this namespace.
-namespace nglib {
-#include <nglib.h>
-}
 
 volatile char terminateAtExit = 0;
 
@@ -96,9 +92,10 @@ int safeMain(int argc, char *argv[])
         printToTerminal(QCoreApplication::applicationName() + QLatin1Char(' ') + QCoreApplication::applicationVersion()
                         + QLatin1Char('\n'));
     } else {
-        nglib::Ng_Init();
-        result = isInteractive(parser) ? runInteractive(*application) : application->runHeadless();
-        nglib::Ng_Exit();
+        {
+            const NetgenSession netgen;
+            result = isInteractive(parser) ? runInteractive(*application) : application->runHeadless();
+        }
         qInfo() << " *** Application finished, result:" << result << "***\n";
     }
 

@@ -1,6 +1,8 @@
 #include <QApplication>
 #include <benchmark/benchmark.h>
 
+#include "meshing/NetgenMesher.h"
+
 // Documents and their scripts need an application object; benchmarks draw nothing.
 int main(int argc, char **argv)
 {
@@ -8,6 +10,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     QCoreApplication::setOrganizationName("Quorlan");
     QCoreApplication::setApplicationName("Zolvane Design Studio Benchmarks");
+    const NetgenSession netgen;
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

@@ -21,6 +21,7 @@
 #include "geometry/Rotor.h"
 #include "geometry/SimDomain.h"
 #include "geometry/Stator.h"
+#include "meshing/Mesh3D.h"
 #include "meshing/RadialMesher.h"
 #include "meshing/SliceGeometry.h"
 #include "meshing/SliceMesher.h"
@@ -143,6 +144,7 @@ Mesh::Mesh(Document *document)
     , m_geometrySlices(m_numberSlices)
     , m_meshSlices(m_numberSlices)
     , m_console(new ScriptConsole(ScriptConsole::Mesh, this))
+    , m_mesh3D(new Mesh3D(this))
 {
     setObjectName(QStringLiteral("mesh"));
 }

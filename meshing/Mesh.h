@@ -11,6 +11,7 @@
 #include "meshing/CDT.h"
 #include "meshing/GeometryData.h"
 
+class Mesh3D;
 class QDataStream;
 class ScriptConsole;
 struct SliceMachine;
@@ -42,6 +43,8 @@ public:
     explicit Mesh(Document *document);
 
     ScriptConsole *console() const { return m_console; }
+    // The volume mesh of one period, for showing.
+    Mesh3D *mesh3D() const { return m_mesh3D; }
 
     bool autoSizeBound() const { return m_autoSizeBound; }
     void setAutoSizeBound(bool automatic);
@@ -172,4 +175,5 @@ private:
     // Steps of several slices may fail at once.
     QMutex m_errorMutex;
     ScriptConsole *m_console;
+    Mesh3D *m_mesh3D;
 };

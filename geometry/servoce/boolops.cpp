@@ -3,6 +3,7 @@
 #include <BRepAlgoAPI_Common.hxx>
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepAlgoAPI_Fuse.hxx>
+#include <BRepAlgoAPI_BuilderAlgo.hxx>
 #include <BRepAlgoAPI_Section.hxx>
 #include <BOPTools_AlgoTools.hxx>
 #include <IntTools_Context.hxx>
@@ -26,6 +27,7 @@ std::recursive_mutex sectionMutex;
 constexpr const char *unionFailed = "warn: union algorithm failed";
 constexpr const char *differenceFailed = "warn: difference algorithm failed";
 constexpr const char *intersectFailed = "warn: intersect algorithm failed";
+constexpr const char *fragmentsFailed = "warn: fragments algorithm failed";
 constexpr const char *sectionFailed = "warn: section algorithm failed";
 
 void reportFailure(const char *text, const BRepAlgoAPI_Algo &algorithm)
@@ -150,6 +152,28 @@ shape general_fuse(const std::vector<shape> &shapes, bool simplify)
         if (simplify)
             simplifyResult(fuse);
         return shape(fuse.Shape());
+    });
+}
+
+shape make_fragments(const std::vector<shape> &shapes)
+{
+    return guarded("make_fragments", shape(), [&] {
+        TopTools_ListOfShape arguments;
+        for (const shape &part : shapes) {
+            if (!part.is_null())
+                arguments.Append(part.Shape());
+        }
+        // The kernel asks for two at least; one alone is split already.
+        if (arguments.Size() < 2)
+            return arguments.IsEmpty() ? shape() : shape(arguments.First());
+        BRepAlgoAPI_BuilderAlgo builder;
+        builder.SetArguments(arguments);
+        builder.Build();
+        if (builder.HasErrors()) {
+            reportFailure(fragmentsFailed, builder);
+            return shape();
+        }
+        return shape(builder.Shape());
     });
 }
 

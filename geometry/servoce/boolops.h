@@ -22,6 +22,10 @@ shape make_intersect(const std::vector<shape> &shapes, bool simplify);
 shape make_section(const shape &a, const shape &b, bool pretty);
 // All shapes fused in one run of the kernel. Not unwrapped.
 shape general_fuse(const std::vector<shape> &shapes, bool simplify);
+// The shapes split against each other in one run of the kernel: where solids touch
+// or overlap they share faces, and each part is there once. A compound, or the one
+// shape given; null when it fails or none is given.
+shape make_fragments(const std::vector<shape> &shapes);
 // general_fuse, unwrapped; an empty list gives a null shape.
 shape makeUnion(const QList<shape> &shapes, bool simplify);
 

@@ -1,5 +1,7 @@
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
+#include <QGraphicsScene>
 #include <QLabel>
 #include <QSettings>
 #include <QSignalSpy>
@@ -18,10 +20,12 @@
 #include "support/LogCatcher.h"
 #include "ui/Controls/NumberEdit.h"
 #include "ui/MeshEditor.h"
+#include "ui/MeshNetgenViewer.h"
 #include "ui/MeshPageViewer.h"
 #include "ui/MeshViewer.h"
 #include "ui/ModelComboBoxes.h"
 #include "ui/RuleZoomViewer.h"
+#include "ui/Viewer/Mesh3DViewer.h"
 
 // The mesh page on the example machine: its models, their triangles as drawn, the zoom
 // of the flat view, and the mesh settings through the undo stack.
@@ -114,11 +118,62 @@ TEST_F(MeshPageTest, ThePageMakesTheMeshesAndDrawsEachModelWithItsCounts)
     const int regionPixels = darkPixels(viewer->view()->grab().toImage());
     EXPECT_LT(regionPixels * 2, radialPixels) << "the triangles' edges make most of the dark pixels";
 
-    // The zoom actions act on the 2D view, and the 3D tab has none.
+    // The zoom actions act on the 2D view.
     ZoomableView *zoomable = page.zoomableView();
     ASSERT_EQ(zoomable, viewer->view());
+}
+
+// The volume mesh of a copy of the example, made coarse, seen flat when its tab turns up.
+TEST(MeshPageVolumeTest, TheFlatViewMakesAndDrawsTheVolumeMesh)
+{
+    QTemporaryDir folder;
+    const QString copy = folder.filePath(QStringLiteral("new_motor.zva"));
+    ASSERT_TRUE(QFile::copy(example, copy));
+    Document document;
+    document.start();
+    ASSERT_TRUE(document.load(copy));
+    document.mesh()->setAutoSizeBound(false);
+    document.mesh()->setSizeBound(20.0);
+
+    MeshPageViewer page(&document);
+    page.resize(900, 600);
+    page.show();
+    QTabWidget *volume = page.volumeTabs();
+    ASSERT_EQ(page.tabs()->tabText(1), QStringLiteral("3D mesh"));
+    ASSERT_EQ(volume->count(), 2);
+    EXPECT_EQ(volume->tabText(0), QStringLiteral("Flat view"));
+    EXPECT_EQ(volume->tabText(1), QStringLiteral("3D view"));
+
     page.tabs()->setCurrentIndex(1);
-    EXPECT_FALSE(page.zoomableView()->isZoomable());
+    MeshNetgenViewer *flat = page.flatViewer();
+    ASSERT_TRUE(QTest::qWaitFor([flat] { return !flat->flatScene()->items().isEmpty(); }, 60000));
+    EXPECT_GT(flat->flatScene()->sceneRect().width(), 100.0);
+    EXPECT_EQ(page.zoomableView(), static_cast<ZoomableView *>(flat));
+    const QLabel *generating = flat->findChild<QLabel *>(QStringLiteral("labelGenerating"));
+    ASSERT_TRUE(generating);
+    EXPECT_EQ(generating->text(), QStringLiteral("Generating 3D flat mesh..."));
+    EXPECT_FALSE(generating->isVisible());
+
+    // The 3D view takes the mesh made for the flat one.
+    Mesh3DViewer *view3D = page.volumeViewer();
+    if (!view3D)
+        GTEST_SKIP() << "the 3D view needs an X display";
+    volume->setCurrentIndex(1);
+    const auto shownObjects = [view3D] {
+        AIS_ListOfInteractive shown;
+        view3D->context()->DisplayedObjects(shown);
+        return shown.Size();
+    };
+    ASSERT_TRUE(QTest::qWaitFor([&shownObjects] { return shownObjects() == 2; }, 60000));
+    EXPECT_TRUE(view3D->progressText().isEmpty());
+    const QImage image = view3D->renderImage();
+    const QRgb background = image.pixel(0, 0);
+    int drawn = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            drawn += image.pixel(x, y) != background ? 1 : 0;
+    }
+    EXPECT_GT(drawn, image.width() * image.height() / 10);
 }
 
 TEST(RuleZoomViewerTest, FitsWithinItsLimitsAndAManualZoomEndsTheFit)
