@@ -8,6 +8,8 @@
 
 #include "document/Document.h"
 #include "ui/MmfSpectrumView.h"
+#include "ui/Viewer/WindingScene.h"
+#include "ui/Viewer/WindingViewer.h"
 #include "winding/LayoutText.h"
 #include "winding/WindingObject.h"
 
@@ -70,6 +72,11 @@ WindingPageViewer::WindingPageViewer(Document *document, QWidget *parent)
     , m_spectrum(new MmfSpectrumView)
 {
     auto *splitter = new QSplitter(Qt::Vertical);
+    if (occ::View::isAvailable()) {
+        m_viewer = new WindingViewer(new WindingScene(document));
+        m_viewer->setObjectName(QStringLiteral("viewerWinding"));
+        splitter->addWidget(m_viewer);
+    }
     auto *top = new QWidget;
     auto *topLayout = new QGridLayout(top);
     topLayout->setContentsMargins(4, 4, 4, 0);
@@ -92,6 +99,13 @@ WindingPageViewer::WindingPageViewer(Document *document, QWidget *parent)
     connect(document, &Document::documentLoaded, this, &WindingPageViewer::updateUI);
     updateUI();
     restoreSplitterState();
+}
+
+ZoomableView *WindingPageViewer::zoomableView()
+{
+    if (m_viewer)
+        return m_viewer;
+    return &m_noZoom;
 }
 
 void WindingPageViewer::updateUI()

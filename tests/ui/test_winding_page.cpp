@@ -27,6 +27,11 @@
 #include "ui/ModelComboBoxes.h"
 #include "ui/WindingEditor.h"
 #include "ui/WindingPageViewer.h"
+#include "ui/Viewer/WindingScene.h"
+#include "ui/Viewer/WindingViewer.h"
+#include "materials/AbstractMaterial.h"
+#include <QSignalSpy>
+#include <memory>
 #include "winding/WindingObject.h"
 
 // The winding page on the example machine (12 slots, 10 poles, double-layer tooth
@@ -239,6 +244,60 @@ TEST_F(WindingPageTest, ThePageDrawsEverySlotInItsPhaseColours)
     // Two layers of 12 slots, each cell in its phase colour.
     EXPECT_GT(coloured, image.width() * image.height() / 10);
     EXPECT_GT(page.spectrum()->findChildren<QObject *>().size(), 0);
+}
+
+TEST_F(WindingPageTest, TheWindingIn3DShowsEachPhaseAndFaceOnItsOwn)
+{
+    if (!occ::View::isAvailable())
+        GTEST_SKIP() << "3D views need an X display";
+    document.pieces();
+    auto page = std::make_unique<WindingPageViewer>(&document);
+    page->resize(900, 700);
+    page->show();
+    WindingViewer *viewer = page->viewer();
+    ASSERT_NE(viewer, nullptr);
+    WindingScene *scene = viewer->windingScene();
+    QSignalSpy redrawn(scene, &GeometryScene::redrawScene);
+    while (scene->isGenerating() || redrawn.isEmpty())
+        ASSERT_TRUE(redrawn.wait(60000));
+
+    // 12 slots of two layers, and an outer and an inner end turn for each of the 12 coils.
+    const auto count = [scene](qint32 kind, Winding::Scopes phase) {
+        int found = 0;
+        for (const Piece &piece : scene->pieces())
+            found += piece.kind() == kind && (scene->scopeOf(piece) & phase) ? 1 : 0;
+        return found;
+    };
+    EXPECT_EQ(count(AbstractMaterial::WindingKind, Winding::PhaseAny), 24);
+    EXPECT_EQ(count(AbstractMaterial::EndturnKind, Winding::PhaseAny), 24);
+    EXPECT_EQ(count(AbstractMaterial::WindingKind, Winding::PhaseA), 8);
+    EXPECT_EQ(count(AbstractMaterial::EndturnKind, Winding::PhaseA), 8);
+
+    // The coil sides and end turns of a phase carry its colour in the view.
+    const QImage drawn = viewer->grab().toImage();
+    const QColor phaseA = Winding::phaseColor(Winding::A, false);
+    int pixelsOfA = 0;
+    for (int y = 0; y < drawn.height(); ++y) {
+        for (int x = 0; x < drawn.width(); ++x) {
+            const QColor pixel = drawn.pixelColor(x, y);
+            const int hue = std::abs(pixel.hsvHue() - phaseA.hsvHue());
+            pixelsOfA += pixel.hsvSaturationF() > 0.3 && std::min(hue, 360 - hue) < 10 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(pixelsOfA, 50);
+
+    viewer->findChild<QCheckBox *>(QStringLiteral("checkBoxPhaseA"))->click();
+    EXPECT_EQ(count(AbstractMaterial::WindingKind, Winding::PhaseA), 0);
+    EXPECT_EQ(count(AbstractMaterial::WindingKind, Winding::PhaseB), 8);
+    viewer->findChild<QCheckBox *>(QStringLiteral("checkBoxPhaseB"))->click();
+    viewer->findChild<QCheckBox *>(QStringLiteral("checkBoxPhaseC"))->click();
+    EXPECT_TRUE(scene->pieces().isEmpty());
+    EXPECT_EQ(viewer->note(), QStringLiteral(" All phases are off "));
+
+    // The choice stays with the scene for the next page.
+    page.reset();
+    WindingScene again(&document);
+    EXPECT_EQ(again.visiblePhases(), Winding::Scopes());
 }
 
 } // namespace

@@ -27,9 +27,8 @@ protected:
     QColor colorOf(const Piece &piece) const override;
 
 private:
-    // The end turns of every layout as stator pieces; made here, on the GUI thread, since
-    // the end-turn script runs on it.
-    PieceList endturnPieces() const;
+    // The machine's pieces and the end turns, which are made here, on the GUI thread,
+    // since the end-turn script runs on it.
     PieceList withEndturns() const;
 
     PieceList m_machinePieces;

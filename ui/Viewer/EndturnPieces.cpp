@@ -1,0 +1,43 @@
+#include "ui/Viewer/EndturnPieces.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/Tbb.h"
+#include "geometry/EndturnShape.h"
+#include "materials/WindingMaterial.h"
+#include "winding/WindingObject.h"
+
+PieceList endturnPieces(WindingObject *winding, bool filamentsOnly)
+{
+    winding->updateEndturns();
+    const QVector<QVector<Winding::Endturns>> layouts = winding->endturns();
+    // A bundle as thick as the narrower side of the coil's section.
+    const double diameter = std::min(winding->widthWindingCoil(), winding->heightWindingCoil());
+    struct Job
+    {
+        const Winding::Endturn *endturn;
+        int phase;
+        int layout;
+    };
+    std::vector<Job> jobs;
+    for (int layout = 0; layout < layouts.size(); ++layout) {
+        for (const Winding::Endturns &coil : layouts.at(layout)) {
+            for (const Winding::Endturn *end : {&coil.outer, &coil.inner})
+                jobs.push_back({end, int(coil.phase), layout + 1});
+        }
+    }
+    std::vector<servoce::shape> shapes(jobs.size());
+    tbb::parallel_for(std::size_t(0), jobs.size(), [&](std::size_t k) {
+        const Winding::Endturn &end = *jobs[k].endturn;
+        const servoce::shape solid = filamentsOnly ? servoce::shape() : Winding::endturnSolid(end, diameter);
+        shapes[k] = solid.is_null() ? end.path : solid;
+    });
+    PieceList result;
+    for (std::size_t k = 0; k < jobs.size(); ++k) {
+        if (!shapes[k].is_null())
+            result.append(Piece(shapes[k], QSharedPointer<EndturnMaterial>::create(jobs[k].phase, jobs[k].layout),
+                                Piece::Stator1));
+    }
+    return result;
+}
