@@ -27,16 +27,6 @@ bool sameFrequency(double a, double b)
     return std::min(std::abs(a), std::abs(b)) >= 1e12 * std::abs(a - b);
 }
 
-// The first of two neighbouring flux densities that are one value, or -1.
-int repeatedValueAt(const QVector<double> &fluxDensity)
-{
-    for (int i = 1; i < fluxDensity.size(); ++i) {
-        if (std::abs(fluxDensity.at(i) - fluxDensity.at(i - 1)) <= 1e-7)
-            return i - 1;
-    }
-    return -1;
-}
-
 double equationLoss(double kh, double alfa, double beta, double ke, double f, double b)
 {
     return kh * std::pow(f, alfa) * std::pow(b, beta) + ke * std::pow(f * b, 2);
@@ -99,15 +89,11 @@ void IronLossWidget::plotMeasured(const MaterialIronDescribe &material)
                 loss.append(material.lossValue.at(i));
             }
         }
-        if (fluxDensity.isEmpty())
+        if (fluxDensity.isEmpty()
+            || !acceptsFluxDensities(fluxDensity, tr("For '%1 %2' found repeated value %3 of peak magnetic flux density.")
+                                                      .arg(f)
+                                                      .arg(material.unitFrequency)))
             continue;
-        if (const int repeated = repeatedValueAt(fluxDensity); repeated >= 0) {
-            m_errors << tr("For '%1 %2' found repeated value %3 of peak magnetic flux density.")
-                            .arg(f)
-                            .arg(material.unitFrequency)
-                            .arg(fluxDensity.at(repeated));
-            continue;
-        }
         const QColor color = nextColor();
         colorOf.insert(f, color);
         addLine(curveThrough(fluxDensity, loss, curveIntervals), QStringLiteral("%1 %2").arg(f).arg(material.unitFrequency),
@@ -121,15 +107,12 @@ void IronLossWidget::plotMeasured(const MaterialIronDescribe &material)
         QVector<double> loss;
         for (const double b : fluxDensity)
             loss.append(fit.loss(f, b));
-        if (fluxDensity.isEmpty())
+        if (fluxDensity.isEmpty()
+            || !acceptsFluxDensities(
+                fluxDensity, tr("For '%1 %2' (Steinmetz fitted) found repeated value %3 of peak magnetic flux density.")
+                                 .arg(f)
+                                 .arg(material.unitFrequency)))
             continue;
-        if (const int repeated = repeatedValueAt(fluxDensity); repeated >= 0) {
-            m_errors << tr("For '%1 %2' (Steinmetz fitted) found repeated value %3 of peak magnetic flux density.")
-                            .arg(f)
-                            .arg(material.unitFrequency)
-                            .arg(fluxDensity.at(repeated));
-            continue;
-        }
         addLine(curveThrough(fluxDensity, loss, curveIntervals),
                 tr("%1 %2 (Steinmetz fitted)").arg(f).arg(material.unitFrequency),
                 QPen(colorOf.value(f, nextColor()), 0, Qt::DashLine));
@@ -151,6 +134,17 @@ void IronLossWidget::plotFileCoefficients(const MaterialIronDescribe &material)
                 QPen(color, 1.0));
         addMarks(fluxDensity, loss, color);
     }
+}
+
+bool IronLossWidget::acceptsFluxDensities(const QVector<double> &fluxDensity, const QString &repeatedMessage)
+{
+    for (int i = 1; i < fluxDensity.size(); ++i) {
+        if (std::abs(fluxDensity.at(i) - fluxDensity.at(i - 1)) <= 1e-7) {
+            m_errors << repeatedMessage.arg(fluxDensity.at(i - 1));
+            return false;
+        }
+    }
+    return true;
 }
 
 void IronLossWidget::showCoefficients(double a, double b, double ke, double kh)

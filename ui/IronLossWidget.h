@@ -22,6 +22,8 @@ public:
 private:
     void plotMeasured(const MaterialIronDescribe &material);
     void plotFileCoefficients(const MaterialIronDescribe &material);
+    // False, with the message of the first value, where two neighbouring flux densities are one.
+    bool acceptsFluxDensities(const QVector<double> &fluxDensity, const QString &repeatedMessage);
     void showCoefficients(double a, double b, double ke, double kh);
     void showErrors();
 
