@@ -18,6 +18,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMimeData>
+#include <QPainter>
 #include <QSettings>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -99,6 +100,9 @@ DocumentWindow::DocumentWindow(Document::Mode mode, QWidget *parent)
     connect(m_document->undoStack(), &QUndoStack::canUndoChanged, this, &DocumentWindow::aboutToUpdateUI);
     connect(m_document->undoStack(), &QUndoStack::canRedoChanged, this, &DocumentWindow::aboutToUpdateUI);
     connect(m_document, &Document::documentLoaded, this, &DocumentWindow::documentReady);
+    connect(m_document, &Document::createMotorGeometryFinished, this, &DocumentWindow::updateEditorExclamation);
+    connect(m_document->winding(), &WindingObject::windingErrorsChanged, this, &DocumentWindow::updateEditorExclamation);
+    connect(m_document->mesh(), &Mesh::meshErrorsChanged, this, &DocumentWindow::updateEditorExclamation);
     connect(m_document->analysis(), &MagnetostaticAnalysis::dataSimulationChanged, this,
             &DocumentWindow::aboutToUpdateUI);
     connect(m_document->analysis(), &MagnetostaticAnalysis::resultsChanged, this, &DocumentWindow::aboutToUpdateUI);
@@ -389,11 +393,46 @@ void DocumentWindow::addEditorPage(const char *name, const QString &text, const 
     QWidget *editor = makeEditor(page);
     layout->addWidget(editor);
     m_toolBoxEditors->addItem(page, QIcon(icon), text);
+    m_pageIcons.append(icon);
     // The tool box scrolls a long page; it is as wide as the editors' rows need, up to a
     // third of a usual screen, beyond which a page scrolls sideways too.
     const int width = editor->minimumSizeHint().width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 8;
     m_toolBoxEditors->setMinimumWidth(qMin(qMax(m_toolBoxEditors->minimumWidth(), width), 420));
     m_pageModes.append(mode);
+}
+
+bool DocumentWindow::pageHasErrors(Document::Mode mode) const
+{
+    switch (mode) {
+    case Document::GeometryMotor:
+        return !m_document->stator()->scriptErrorText().isEmpty() || !m_document->rotor()->scriptErrorText().isEmpty()
+               || m_document->hasGeometryErrors() || m_document->hasMaterialErrors();
+    case Document::Winding:
+        return m_document->winding()->windingErrors() != WindingErrors();
+    case Document::Mesh2D:
+        return m_document->mesh()->meshErrors() != MeshErrors();
+    default:
+        return false;
+    }
+}
+
+void DocumentWindow::updateEditorExclamation()
+{
+    for (int index = 0; index < m_pageModes.size(); ++index) {
+        const bool errors = pageHasErrors(m_pageModes.at(index));
+        QIcon icon(m_pageIcons.at(index));
+        if (errors) {
+            QPixmap marked(16, 16);
+            marked.fill(Qt::transparent);
+            QPainter painter(&marked);
+            painter.drawPixmap(marked.rect(), icon.pixmap(16, 16));
+            painter.drawPixmap(marked.rect(), QPixmap(QStringLiteral(":/exclamation.png")));
+            painter.end();
+            icon = QIcon(marked);
+        }
+        m_toolBoxEditors->setItemIcon(index, icon);
+        m_toolBoxEditors->setItemToolTip(index, errors ? tr("Editor contains erroneous settings") : QString());
+    }
 }
 
 void DocumentWindow::documentModeChanged(Document::Mode mode)
@@ -448,6 +487,7 @@ void DocumentWindow::documentReady()
     if (!m_deferredPreparation)
         prepareData();
     m_deferredPreparation = false;
+    updateEditorExclamation();
     m_document->setPreparing(false);
     m_document->setModified(false);
     documentModeChanged(m_document->mode());

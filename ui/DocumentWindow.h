@@ -101,6 +101,10 @@ private:
     void addEditorPage(const char *name, const QString &text, const QString &icon, Document::Mode mode,
                        const std::function<QWidget *(QWidget *)> &makeEditor);
     void documentModeChanged(Document::Mode mode);
+    // The editors' pages in the tool box carry an exclamation mark while their part of the
+    // design has errors.
+    void updateEditorExclamation();
+    bool pageHasErrors(Document::Mode mode) const;
     void toolBoxPageChanged(int index);
     void documentReady();
     // Pieces, end turns and meshes, behind an overlay: what an export or analysis reads.
@@ -111,6 +115,7 @@ private:
     QObject *element(Element element) const;
 
     Document *m_document = nullptr;
+    QStringList m_pageIcons;
     bool m_newFile = true;
     // Held while the design is open for editing here.
     DesignFileLock m_fileLock;

@@ -49,6 +49,7 @@
 #include "ui/Viewer/ElementScenes.h"
 #include "materials/WindingMaterial.h"
 #include "winding/Winding.h"
+#include "winding/WindingObject.h"
 #include "ui/MessageBox.h"
 #include "ui/Viewer/GeometryScene.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -783,6 +784,31 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheEndTurnsAsBundlesOrLinesInTheirPhases
                              : 0;
     }
     EXPECT_EQ(phaseColoured, bundles.size());
+}
+
+TEST_F(MainWindowTest, AnEditorWithErroneousSettingsIsMarkedInTheToolBox)
+{
+    DocumentWindow *documentWindow = openByDialog(design);
+    ASSERT_NE(documentWindow, nullptr);
+    auto *toolBox = documentWindow->findChild<QToolBox *>();
+    ASSERT_NE(toolBox, nullptr);
+    const int windingPage = 1;
+    EXPECT_EQ(toolBox->itemText(windingPage), QStringLiteral("Winding Editor"));
+    EXPECT_TRUE(toolBox->itemToolTip(windingPage).isEmpty());
+    const QImage clean = toolBox->itemIcon(windingPage).pixmap(16, 16).toImage();
+
+    // Five parallel paths cannot share the four coils of a phase.
+    Document *document = documentWindow->document();
+    document->setPropertyUndoable(document->winding(), "parallelPaths", 5);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(toolBox->itemToolTip(windingPage), QStringLiteral("Editor contains erroneous settings"));
+    EXPECT_NE(toolBox->itemIcon(windingPage).pixmap(16, 16).toImage(), clean);
+    EXPECT_TRUE(toolBox->itemToolTip(0).isEmpty()) << "the geometry has no error";
+
+    trigger("actionUndo");
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(toolBox->itemToolTip(windingPage).isEmpty());
+    EXPECT_EQ(toolBox->itemIcon(windingPage).pixmap(16, 16).toImage(), clean);
 }
 
 TEST_F(MainWindowTest, AnOpenedDesignIsPreparedBeforeItIsShownAndANewOneIsNot)
