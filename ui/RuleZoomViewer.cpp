@@ -1,11 +1,15 @@
 #include "ui/RuleZoomViewer.h"
 
 #include <QDebug>
+#include <QMouseEvent>
+
+#include "ui/QDRuler.h"
 #include <QWheelEvent>
 #include <cmath>
 
 RuleZoomViewer::RuleZoomViewer(QWidget *parent)
-    : QGraphicsView(parent)
+    : QGraphicsView(parent), m_horizontalRuler(new QDRuler(QDRuler::Horizontal, this, this)),
+      m_verticalRuler(new QDRuler(QDRuler::Vertical, this, this)), m_corner(new QCornerRuler(this))
 {
     setObjectName(QStringLiteral("RuleZoomViewer"));
     setRenderHint(QPainter::Antialiasing);
@@ -13,7 +17,54 @@ RuleZoomViewer::RuleZoomViewer(QWidget *parent)
     setResizeAnchor(QGraphicsView::AnchorViewCenter);
     setDragMode(QGraphicsView::ScrollHandDrag);
     setTransform(QTransform::fromScale(1.0, -1.0));
-    connect(this, &RuleZoomViewer::scaleChanged, this, [this] { viewport()->update(); });
+    connect(this, &RuleZoomViewer::scaleChanged, this, [this] {
+        viewport()->update();
+        redrawRulers();
+    });
+    setMouseTracking(true);
+    viewport()->setMouseTracking(true);
+    const int breadth = m_verticalRuler->breadth();
+    setViewportMargins(breadth, fontMetrics().height() + 8, 0, 0);
+    placeRulers();
+}
+
+void RuleZoomViewer::placeRulers()
+{
+    const QRect view = viewport()->geometry();
+    const int left = view.left();
+    const int top = view.top();
+    m_corner->setGeometry(frameWidth(), frameWidth(), left - frameWidth(), top - frameWidth());
+    m_horizontalRuler->setGeometry(left, frameWidth(), view.width(), top - frameWidth());
+    m_verticalRuler->setGeometry(frameWidth(), top, left - frameWidth(), view.height());
+    redrawRulers();
+}
+
+void RuleZoomViewer::redrawRulers()
+{
+    m_horizontalRuler->redraw();
+    m_verticalRuler->redraw();
+}
+
+void RuleZoomViewer::mouseMoveEvent(QMouseEvent *event)
+{
+    QGraphicsView::mouseMoveEvent(event);
+    for (QDRuler *ruler : {m_horizontalRuler, m_verticalRuler}) {
+        ruler->setMouseTrack(true);
+        ruler->setCursorPos(event->pos());
+    }
+}
+
+void RuleZoomViewer::leaveEvent(QEvent *event)
+{
+    QGraphicsView::leaveEvent(event);
+    for (QDRuler *ruler : {m_horizontalRuler, m_verticalRuler})
+        ruler->setMouseTrack(false);
+}
+
+void RuleZoomViewer::scrollContentsBy(int dx, int dy)
+{
+    QGraphicsView::scrollContentsBy(dx, dy);
+    redrawRulers();
 }
 
 void RuleZoomViewer::zoomIn(double factor)
@@ -99,6 +150,7 @@ void RuleZoomViewer::wheelEvent(QWheelEvent *event)
 void RuleZoomViewer::resizeEvent(QResizeEvent *event)
 {
     QGraphicsView::resizeEvent(event);
+    placeRulers();
     // An empty scene has nothing to fit yet; that is no error.
     if (m_autoFit && scene() && !scene()->items().isEmpty())
         zoomFit();

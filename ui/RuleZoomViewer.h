@@ -4,8 +4,11 @@
 
 #include "ui/Controls/ZoomableView.h"
 
-// A view of a flat scene with the y axis up, zoomed by the wheel or the zoom actions,
-// and fitted to the scene while automatic fit is on.
+class QCornerRuler;
+class QDRuler;
+
+// A view of a flat scene with the y axis up, rulers along its top and left edges,
+// zoomed by the wheel or the zoom actions, and fitted to the scene while automatic fit is on.
 class RuleZoomViewer : public QGraphicsView, public ZoomableView
 {
     Q_OBJECT
@@ -15,6 +18,8 @@ public:
     // Pixels per scene unit.
     double scaleFactor() const { return transform().m11(); }
     bool zoomAutoFit() const { return m_autoFit; }
+    QDRuler *horizontalRuler() const { return m_horizontalRuler; }
+    QDRuler *verticalRuler() const { return m_verticalRuler; }
 
     bool isZoomable() const override { return true; }
     bool canZoomIn() const override { return scaleFactor() < maximumScale; }
@@ -38,6 +43,9 @@ signals:
 protected:
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     static constexpr double stepFactor = 1.25;
@@ -49,5 +57,11 @@ private:
     void zoomBy(double factor);
     void applyScale(double scale);
 
+    void placeRulers();
+    void redrawRulers();
+
     bool m_autoFit = true;
+    QDRuler *m_horizontalRuler;
+    QDRuler *m_verticalRuler;
+    QCornerRuler *m_corner;
 };
