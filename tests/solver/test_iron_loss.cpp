@@ -65,7 +65,7 @@ TEST(IronLoss, RotatingFieldOfConstantSizeLosesOnlyAtTheFundamental)
 TEST(IronLoss, SteadyFieldAndTheHighestHarmonicOfAnEvenCount)
 {
     const LossParts steady = specificLoss(std::vector<Eigen::Vector2d>(6, Eigen::Vector2d(1.5, -0.4)), 50.0, steel);
-    EXPECT_EQ(steady.total(), 0.0);
+    EXPECT_LT(steady.total(), 1e-12);
     // Alternating sign from sample to sample: the third harmonic of six samples, at full size.
     std::vector<Eigen::Vector2d> flipping;
     for (int k = 0; k < 6; ++k)
