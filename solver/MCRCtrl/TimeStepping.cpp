@@ -364,6 +364,8 @@ void TimeStepping::findIronLosses(const Progress &progress)
             return;
         }
     }
+    // The stator's field repeats after one electrical period. The rotor's sees the slots
+    // pass at a frequency that need not be a harmonic of f1, so its loss is an estimate.
     std::vector<IronLosses> perSlice(m_slices.size());
     tbb::parallel_for(std::size_t(0), m_slices.size(), [&](std::size_t s) {
         if (m_machine.statorIron.coefficients)
