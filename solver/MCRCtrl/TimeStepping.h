@@ -111,6 +111,7 @@ private:
     std::vector<double> inputPower() const;
     // From the iron fields over one electrical period; says why when it can't.
     void findIronLosses(const Progress &progress);
+    // Of the iron elements of one part in slice s.
     LossParts ironLossOf(const SliceModel &slice, std::size_t s, IronPart part, const IronLossSide &iron) const;
     // The d or q part of three phase values at a time (amplitude-invariant).
     double dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const;

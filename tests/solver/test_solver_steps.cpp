@@ -370,6 +370,32 @@ TEST_F(ExampleSteps, CoggingTorqueAveragesToNothingOverItsPeriod)
     EXPECT_NEAR(sum / points, 0.0, 0.03 * peak);
     // The last point is a period on from the first, where the band is cut otherwise.
     EXPECT_NEAR(torque.back(), torque.front(), 0.05 * peak);
+    // A span of time is no electrical period to take harmonics over.
+    EXPECT_EQ(MatReader(path).value("Results").field("Piron", "Results").text, QStringLiteral("not computed"));
+}
+
+// The iron losses follow each element through the positions by its number.
+TEST_F(ExampleSteps, IronElementsKeepTheirNumbersAtAnyShift)
+{
+    ASSERT_TRUE(assembledOk);
+    const ExchangeData data = exchange();
+    for (const SliceModel &slice : readSlices(data, readMachine(data, true))) {
+        ASSERT_FALSE(slice.ironElements.empty());
+        const double shift = 0.37 * slice.width;
+        const solver::Problem still = slice.problemAt(0.0, {0.0, 0.0, 0.0});
+        const solver::Problem moved = slice.problemAt(shift, {0.0, 0.0, 0.0});
+        const auto centre = [](const solver::Problem &problem, int e) {
+            const solver::Triangle &triangle = problem.mesh.triangles[std::size_t(e)];
+            return (problem.mesh.nodes[std::size_t(triangle.nodes[0])] + problem.mesh.nodes[std::size_t(triangle.nodes[1])]
+                    + problem.mesh.nodes[std::size_t(triangle.nodes[2])]) / 3.0;
+        };
+        for (const int e : slice.ironElements) {
+            const bool rotor = slice.regionIron[std::size_t(still.mesh.triangles[std::size_t(e)].region)] == IronPart::Rotor;
+            const Eigen::Vector2d step = centre(moved, e) - centre(still, e);
+            ASSERT_NEAR(step.x(), rotor ? shift : 0.0, 1e-12) << "slice " << slice.index << ", element " << e;
+            ASSERT_NEAR(step.y(), 0.0, 1e-12);
+        }
+    }
 }
 
 TEST(SolverSteps, MissingDesignIsAnErrorInTheExchangeFile)
