@@ -16,11 +16,14 @@ LossParts specificLoss(const std::vector<Eigen::Vector2d> &samples, double f1, c
 {
     LossParts loss;
     const std::size_t count = samples.size();
+    std::vector<std::complex<double>> turns(count);
+    for (std::size_t k = 0; k < count; ++k)
+        turns[k] = std::polar(1.0, -2.0 * M_PI * double(k) / double(count));
     for (std::size_t n = 1; 2 * n <= count; ++n) {
         std::complex<double> x;
         std::complex<double> y;
         for (std::size_t k = 0; k < count; ++k) {
-            const std::complex<double> turn = std::polar(1.0, -2.0 * M_PI * double(n * k % count) / double(count));
+            const std::complex<double> &turn = turns[n * k % count];
             x += samples[k].x() * turn;
             y += samples[k].y() * turn;
         }
