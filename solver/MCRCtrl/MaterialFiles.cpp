@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTextStream>
+#include <map>
 
 namespace mcrctrl {
 
@@ -41,6 +42,34 @@ std::optional<double> firstValue(const QMap<QString, QStringList> &sections, con
     return ok ? std::optional<double>(value) : std::nullopt;
 }
 
+QStringList fieldsOf(const QString &line)
+{
+    return line.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+}
+
+// The coefficients from lines "value % key"; empty unless all four are there.
+std::optional<IronLossCoefficients> fileCoefficients(const QStringList &lines)
+{
+    std::map<QString, double> found;
+    for (const QString &line : lines) {
+        const QStringList parts = line.split(QLatin1Char('%'));
+        bool ok = false;
+        const double value = parts.size() == 2 ? parts.at(0).trimmed().toDouble(&ok) : 0.0;
+        if (ok)
+            found[parts.at(1).simplified().toLower()] = value;
+    }
+    for (const char *key : {"kh", "ke", "alfa", "beta"}) {
+        if (found.count(QString::fromLatin1(key)) == 0)
+            return std::nullopt;
+    }
+    IronLossCoefficients coefficients;
+    coefficients.kh = found[QStringLiteral("kh")];
+    coefficients.ke = found[QStringLiteral("ke")];
+    coefficients.a = found[QStringLiteral("alfa")];
+    coefficients.b = found[QStringLiteral("beta")];
+    return coefficients;
+}
+
 } // namespace
 
 MaterialFiles::MaterialFiles(QString folder)
@@ -62,7 +91,7 @@ std::optional<IronData> MaterialFiles::iron(const QString &name) const
         return std::nullopt;
     IronData data;
     for (const QString &line : sectionsOf(path).value(QStringLiteral("b-h curve"))) {
-        const QStringList parts = line.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+        const QStringList parts = fieldsOf(line);
         bool hOk = false;
         bool bOk = false;
         if (parts.size() < 2)
@@ -76,6 +105,46 @@ std::optional<IronData> MaterialFiles::iron(const QString &name) const
     }
     if (data.h.size() < 2)
         return std::nullopt;
+    return data;
+}
+
+std::optional<IronLossData> MaterialFiles::ironLoss(const QString &name) const
+{
+    const QString path = fileOf(QStringLiteral("Iron"), name);
+    if (path.isEmpty())
+        return std::nullopt;
+    const QMap<QString, QStringList> sections = sectionsOf(path);
+    const std::optional<double> density = firstValue(sections, QStringLiteral("mass density"));
+    if (!density || !(*density > 0.0))
+        return std::nullopt;
+    const QStringList lines = sections.value(QStringLiteral("iron loss"));
+    std::vector<double> frequency;
+    std::vector<double> fluxDensity;
+    std::vector<double> loss;
+    for (const QString &line : lines) {
+        const QStringList parts = fieldsOf(line);
+        bool ok[3] = {false, false, false};
+        if (parts.size() != 3)
+            continue;
+        const double f = parts.at(0).toDouble(&ok[0]);
+        const double b = parts.at(1).toDouble(&ok[1]);
+        const double p = parts.at(2).toDouble(&ok[2]);
+        if (ok[0] && ok[1] && ok[2]) {
+            frequency.push_back(f);
+            fluxDensity.push_back(b);
+            loss.push_back(p);
+        }
+    }
+    IronLossData data;
+    data.massDensity = *density;
+    if (!loss.empty()) {
+        data.coefficients = fitIronLoss(frequency, fluxDensity, loss);
+        return data;
+    }
+    const std::optional<IronLossCoefficients> coefficients = fileCoefficients(lines);
+    if (!coefficients)
+        return std::nullopt;
+    data.coefficients = *coefficients;
     return data;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/LossFit.h"
+
 #include <QString>
 #include <optional>
 #include <vector>
@@ -11,6 +13,13 @@ struct IronData
 {
     std::vector<double> h;
     std::vector<double> b;
+};
+
+// What the iron losses need of an iron: its loss equation and its mass density, kg/m^3.
+struct IronLossData
+{
+    IronLossCoefficients coefficients;
+    double massDensity = 0.0;
 };
 
 // What the solver needs of a magnet, at 20 degrees Celsius.
@@ -30,6 +39,9 @@ public:
 
     // Empty when the file is not found or has no B-H table.
     std::optional<IronData> iron(const QString &name) const;
+    // A measured loss table is fitted; coefficients of the file count only without one.
+    // Empty when the file is not found or lacks loss data or a mass density.
+    std::optional<IronLossData> ironLoss(const QString &name) const;
     // Empty when the file is not found or has no remanence.
     std::optional<MagnetData> magnet(const QString &name) const;
 

@@ -3,6 +3,7 @@
 #include "solver/MCRCtrl/SliceTopology.h"
 #include "solver/ReluctivityCurve.h"
 
+#include <QRegularExpression>
 #include <QtMath>
 #include <algorithm>
 #include <cmath>
@@ -87,6 +88,12 @@ std::vector<std::pair<int, double>> coilSidesAt(const std::vector<CoilTable> &ta
     return found;
 }
 
+double stackingOf(const MatValue &materials, const QString &side)
+{
+    const double stacking = numberOr(materials.findField(QStringLiteral("k_st_") + side), 1.0);
+    return stacking > 0.0 && stacking <= 1.0 ? stacking : 1.0;
+}
+
 std::optional<solver::ReluctivityCurve> ironCurve(const MatValue &materials, const QString &side, double &linearPermeability)
 {
     const MatValue *table = materials.findField(side + QStringLiteral("ironBH"));
@@ -101,8 +108,30 @@ std::optional<solver::ReluctivityCurve> ironCurve(const MatValue &materials, con
         if (h.back() > 0.0)
             linearPermeability = std::max(linearPermeability, b.back() / (solver::mu0 * h.back()));
     }
-    const double stacking = numberOr(materials.findField(QStringLiteral("k_st_") + side), 1.0);
-    return solver::ReluctivityCurve::fromBH(h, b, stacking > 0.0 && stacking <= 1.0 ? stacking : 1.0);
+    return solver::ReluctivityCurve::fromBH(h, b, stackingOf(materials, side));
+}
+
+IronLossSide ironLossSide(const MatValue &materials, const QString &side)
+{
+    IronLossSide iron;
+    const MatValue *name = materials.findField(side + QStringLiteral("ironmaterial"));
+    iron.material = name ? textOf(*name) : QString();
+    iron.stacking = stackingOf(materials, side);
+    iron.massDensity = numberOr(materials.findField(side + QStringLiteral("ironDensity")), 0.0);
+    const MatValue *coefficients = materials.findField(side + QStringLiteral("ironLoss"));
+    if (coefficients && coefficients->kind == MatValue::Numbers && coefficients->numbers.size() == 4 && iron.massDensity > 0.0) {
+        const std::vector<double> &c = coefficients->numbers;
+        iron.coefficients = IronLossCoefficients{c[0], c[1], c[2], c[3]};
+    }
+    return iron;
+}
+
+// The layouts in one series branch of a connection such as "1-2" or "(1-2)||(3-4)".
+int windingsInSeries(const QString &connection)
+{
+    const QString branch = connection.split(QStringLiteral("||")).first();
+    const int layouts = int(branch.count(QRegularExpression(QStringLiteral("\\d+"))));
+    return std::max(1, layouts);
 }
 
 std::vector<int> rowNodes(const MatValue &rows, int gap, const QString &where)
@@ -180,6 +209,10 @@ MachineData readMachine(const ExchangeData &data, bool linear)
     machine.parallelPaths = std::max(1, int(std::lround(numberOr(data.windings.findField(QStringLiteral("Npp")), 1.0))));
     machine.delta = textOf(data.windings.field(QStringLiteral("statorcircuit"), windings)) == QLatin1String("DeltaConnection");
     machine.phaseResistance = numberOr(data.windings.findField(QStringLiteral("Rs")), 0.0);
+    const MatValue *connection = data.windings.findField(QStringLiteral("statorconnection"));
+    machine.windingsInSeries = windingsInSeries(connection ? textOf(*connection) : QString());
+    machine.statorIron = ironLossSide(data.materials, QStringLiteral("stator"));
+    machine.rotorIron = ironLossSide(data.materials, QStringLiteral("rotor"));
     if (machine.polePairs < 1)
         throw StepError(QStringLiteral("The winding has no pole pairs"));
     if (!(machine.turnsPerCoil > 0.0))
@@ -277,6 +310,7 @@ private:
         solver::Problem &problem = slice.base;
         const int regionCount = int(types.items.size());
         problem.regions.assign(std::size_t(regionCount) + 1, solver::Region{});
+        slice.regionIron.assign(std::size_t(regionCount) + 1, IronPart::None);
         std::vector<Eigen::Vector2d> remanence(std::size_t(regionCount) + 1, Eigen::Vector2d::Zero());
         std::vector<std::optional<Eigen::Vector2d>> radialCentre(std::size_t(regionCount) + 1);
         if (m_statorCurve)
@@ -302,6 +336,7 @@ private:
                     throw StepError(QStringLiteral("The iron of %1 has no B-H curve").arg(regionName));
                 region.curve = stator ? 0 : (m_statorCurve ? 1 : 0);
                 region.relativePermeability = stator ? m_statorPermeability : m_rotorPermeability;
+                slice.regionIron[std::size_t(r)] = stator ? IronPart::Stator : IronPart::Rotor;
             } else if (type == QLatin1String("Magnet")) {
                 if (!m_remanence || m_remanence->kind != MatValue::Numbers || m_remanence->numbers.size() != 1)
                     throw StepError(QStringLiteral("The magnet of %1 has no remanence data").arg(regionName));
@@ -443,6 +478,11 @@ private:
                 if (slice.moving[std::size_t(node)])
                     throw StepError(QStringLiteral("The rotor and the stator of %1 touch across the air gap").arg(name));
             }
+        }
+        slice.regionIron.resize(problem.regions.size(), IronPart::None);
+        for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
+            if (slice.regionIron[std::size_t(problem.mesh.triangles[e].region)] != IronPart::None)
+                slice.ironElements.push_back(int(e));
         }
         slice.regionArea.assign(problem.regions.size(), 0.0);
         for (const solver::Triangle &triangle : problem.mesh.triangles)

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "base/LossFit.h"
 #include "solver/MCRCtrl/MatData.h"
 #include "solver/Problem.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace mcrctrl {
@@ -28,6 +30,19 @@ struct PhaseSide
     double sign = 1.0;
 };
 
+enum class IronPart { None, Stator, Rotor };
+
+// What the iron losses need of the iron of the stator or of the rotor.
+struct IronLossSide
+{
+    QString material;
+    // Empty when the material's file gives no loss data.
+    std::optional<IronLossCoefficients> coefficients;
+    // kg/m^3.
+    double massDensity = 0.0;
+    double stacking = 1.0;
+};
+
 // The machine data that all slices share.
 struct MachineData
 {
@@ -37,6 +52,10 @@ struct MachineData
     bool delta = false;
     double phaseResistance = 0.0;
     bool linear = false;
+    // Layouts of the winding in series in one phase.
+    int windingsInSeries = 1;
+    IronLossSide statorIron;
+    IronLossSide rotorIron;
 };
 
 // One slice of the machine as the solver sees it: the problem of the period model
@@ -58,6 +77,10 @@ public:
     std::vector<PhaseSide> sides;
     std::vector<double> regionArea;
     std::vector<char> moving;
+    // Which iron each region is, and the triangles of the base mesh in iron, which keep
+    // their numbers at any shift.
+    std::vector<IronPart> regionIron;
+    std::vector<int> ironElements;
     double turnsPerCoil = 1.0;
 
     // The length of the segments of the band's rows where both rows have equal ones,

@@ -65,6 +65,13 @@ matvar_t *assembledMaterials(const MatReader &design, const MaterialFiles &libra
             fields.emplace_back(QString::fromLatin1(side) + QStringLiteral("ironBH"), ironTable(*iron));
         else
             info(QStringLiteral("No B-H curve found for the iron '%1'").arg(name));
+        if (const std::optional<IronLossData> loss = library.ironLoss(name)) {
+            const IronLossCoefficients &c = loss->coefficients;
+            fields.emplace_back(QString::fromLatin1(side) + QStringLiteral("ironLoss"), mat::row(QString(), {c.kh, c.ke, c.a, c.b}));
+            fields.emplace_back(QString::fromLatin1(side) + QStringLiteral("ironDensity"), mat::number(QString(), loss->massDensity));
+        } else {
+            info(QStringLiteral("No iron loss data or mass density found for the iron '%1'").arg(name));
+        }
     }
     const QString magnet = nameOf("magnetmaterial");
     if (!magnet.isEmpty()) {

@@ -47,6 +47,46 @@ double wrapped(double angle)
     return std::remainder(angle, 2.0 * M_PI);
 }
 
+using Fields = std::vector<std::pair<QString, matvar_t *>>;
+
+void writeIronLosses(Fields &fields, const std::optional<IronLosses> &losses, const QString &note)
+{
+    const auto number = [&](const char *name, double value) { fields.emplace_back(QString::fromLatin1(name), mat::number(QString(), value)); };
+    fields.emplace_back(QStringLiteral("Piron_tooltip"), mat::text(QString(), note));
+    if (!losses) {
+        for (const char *name : {"Piron", "Piron_eddy", "Piron_hyst"})
+            fields.emplace_back(QString::fromLatin1(name), mat::text(QString(), notComputed));
+        return;
+    }
+    const LossParts total = losses->total();
+    number("Piron", total.total());
+    number("Piron_eddy", total.eddy);
+    number("Piron_hyst", total.hysteresis);
+    number("Piron_hyst_stator", losses->stator.hysteresis);
+    number("Piron_hyst_rotor", losses->rotor.hysteresis);
+    number("Piron_eddy_stator", losses->stator.eddy);
+    number("Piron_eddy_rotor", losses->rotor.eddy);
+}
+
+// Output over input power, motoring or generating, with the losses that are known.
+void writeEfficiency(Fields &fields, double mechanical, double copper, const std::optional<IronLosses> &iron)
+{
+    if (mechanical == 0.0) {
+        fields.emplace_back(QStringLiteral("Efficiency"), mat::text(QString(), notComputed));
+        return;
+    }
+    const double losses = copper + (iron ? iron->total().total() : 0.0);
+    const double efficiency = mechanical > 0.0 ? mechanical / (mechanical + losses) : (-mechanical - losses) / -mechanical;
+    fields.emplace_back(QStringLiteral("Efficiency"), mat::number(QString(), 100.0 * efficiency));
+    QString tip = mechanical > 0.0 ? QStringLiteral("Motoring: mechanical output power over itself plus the losses.\n")
+                                   : QStringLiteral("Generating: mechanical input power less the losses over itself.\n");
+    tip += QStringLiteral("Losses included: stator winding %1 W").arg(copper, 0, 'g', 4);
+    tip += iron ? QStringLiteral(", iron core %1 W").arg(iron->total().total(), 0, 'g', 4)
+                : QStringLiteral(" (the iron core loss is not computed)");
+    tip += QStringLiteral(".\nNot included: magnet and other eddy current losses, friction and windage.");
+    fields.emplace_back(QStringLiteral("Efficiency_tooltip"), mat::text(QString(), tip));
+}
+
 } // namespace
 
 RunSettings RunSettings::from(const MatValue &settings)
@@ -124,6 +164,8 @@ SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, doubl
     result.bandArea = mix(a.bandArea, b.bandArea);
     result.bandIntegral = mix(a.bandIntegral, b.bandIntegral);
     result.bandMax = std::max(a.bandMax, b.bandMax);
+    for (std::size_t e = 0; e < result.ironField.size(); ++e)
+        result.ironField[e] = a.ironField[e] + share * (b.ironField[e] - a.ironField[e]);
     return result;
 }
 
@@ -153,6 +195,9 @@ SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, cons
         }
         answer.flux[std::size_t(phase)] = solver::fluxLinkage(field, sides, slice.turnsPerCoil) * depth;
     }
+    answer.ironField.reserve(slice.ironElements.size());
+    for (const int e : slice.ironElements)
+        answer.ironField.push_back(field.fluxDensity(e));
     for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
         const int region = problem.mesh.triangles[e].region;
         if (std::none_of(slice.bands.begin(), slice.bands.end(), [region](const GapBand &band) { return band.region == region; }))
@@ -196,8 +241,9 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
 
     double bandArea = 0.0;
     double bandIntegral = 0.0;
+    result.ironField.resize(answers.size());
     for (std::size_t s = 0; s < answers.size(); ++s) {
-        const SliceAnswer &answer = answers[s];
+        SliceAnswer &answer = answers[s];
         if (!answer.converged)
             throw StepError(QStringLiteral("The Newton iterations did not converge at position %1 (rotor at %2 deg) in slice %3: "
                                            "the residual stayed at %4")
@@ -214,6 +260,7 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
         bandArea += answer.bandArea;
         bandIntegral += answer.bandIntegral;
         result.bandFluxDensityMax = std::max(result.bandFluxDensityMax, answer.bandMax);
+        result.ironField[s] = std::move(answer.ironField);
     }
     result.torque = std::accumulate(result.gapTorque.begin(), result.gapTorque.end(), 0.0);
     result.bandFluxDensity = bandArea > 0.0 ? bandIntegral / bandArea : 0.0;
@@ -273,6 +320,68 @@ void TimeStepping::run(const Progress &progress)
         m_positions.push_back(solveAt(time, angle, currentsAt(electrical), k));
         progress(QStringLiteral("Position %1 of %2: torque %3 N m").arg(k + 1).arg(count).arg(m_positions.back().torque, 0, 'g', 6));
     }
+    findIronLosses(progress);
+}
+
+LossParts TimeStepping::ironLossOf(const SliceModel &slice, std::size_t s, IronPart part, const IronLossSide &iron) const
+{
+    LossParts loss;
+    std::vector<Eigen::Vector2d> samples(m_positions.size());
+    const solver::TriangleMesh &mesh = slice.base.mesh;
+    const double depth = slice.length * slice.copies();
+    for (std::size_t i = 0; i < slice.ironElements.size(); ++i) {
+        const solver::Triangle &triangle = mesh.triangles[std::size_t(slice.ironElements[i])];
+        if (slice.regionIron[std::size_t(triangle.region)] != part)
+            continue;
+        // The steel of a laminated core carries the flux of the whole section.
+        for (std::size_t k = 0; k < samples.size(); ++k)
+            samples[k] = m_positions[k].ironField[s][i] / iron.stacking;
+        const double mass = iron.massDensity * solver::ElementShape(mesh, triangle).area() * depth * iron.stacking;
+        loss += specificLoss(samples, electricalFrequency(), *iron.coefficients) * mass;
+    }
+    return loss;
+}
+
+void TimeStepping::findIronLosses(const Progress &progress)
+{
+    m_ironLosses.reset();
+    const auto notComputedFor = [&](const QString &reason) {
+        m_ironLossNote = QStringLiteral("The iron losses are not computed: %1").arg(reason);
+        progress(m_ironLossNote);
+    };
+    if (m_settings.definedPeriod || m_positions.size() < 4) {
+        notComputedFor(QStringLiteral("they need at least 4 positions over one electrical period"));
+        return;
+    }
+    const std::pair<IronPart, const IronLossSide *> parts[] = {{IronPart::Stator, &m_machine.statorIron},
+                                                               {IronPart::Rotor, &m_machine.rotorIron}};
+    for (const auto &[part, iron] : parts) {
+        const bool used = std::any_of(m_slices.begin(), m_slices.end(), [part = part](const SliceModel &slice) {
+            return std::find(slice.regionIron.begin(), slice.regionIron.end(), part) != slice.regionIron.end();
+        });
+        if (used && !iron->coefficients) {
+            notComputedFor(QStringLiteral("the iron '%1' has no iron loss data or no mass density").arg(iron->material));
+            return;
+        }
+    }
+    // The stator's field repeats after one electrical period. The rotor's sees the slots
+    // pass at a frequency that need not be a harmonic of f1, so its loss is an estimate.
+    std::vector<IronLosses> perSlice(m_slices.size());
+    tbb::parallel_for(std::size_t(0), m_slices.size(), [&](std::size_t s) {
+        if (m_machine.statorIron.coefficients)
+            perSlice[s].stator = ironLossOf(m_slices[s], s, IronPart::Stator, m_machine.statorIron);
+        if (m_machine.rotorIron.coefficients)
+            perSlice[s].rotor = ironLossOf(m_slices[s], s, IronPart::Rotor, m_machine.rotorIron);
+    });
+    IronLosses losses;
+    for (const IronLosses &slice : perSlice) {
+        losses.stator += slice.stator;
+        losses.rotor += slice.rotor;
+    }
+    m_ironLosses = losses;
+    m_ironLossNote = QStringLiteral("From the flux density of every iron element over one electrical period, harmonic by "
+                                    "harmonic, with each iron's loss equation kh f^a B^b + ke (f B)^2");
+    progress(QStringLiteral("Iron losses: stator %1 W, rotor %2 W").arg(losses.stator.total(), 0, 'g', 4).arg(losses.rotor.total(), 0, 'g', 4));
 }
 
 std::vector<std::array<double, 3>> TimeStepping::backEmf() const
@@ -299,6 +408,36 @@ std::vector<std::array<double, 3>> TimeStepping::backEmf() const
     return emf;
 }
 
+std::vector<std::array<double, 3>> TimeStepping::phaseVoltages() const
+{
+    std::vector<std::array<double, 3>> voltages = backEmf();
+    for (std::size_t k = 0; k < voltages.size(); ++k) {
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            voltages[k][phase] += m_machine.phaseResistance * m_positions[k].currents[phase];
+    }
+    return voltages;
+}
+
+double TimeStepping::phaseVoltage() const
+{
+    const std::vector<std::array<double, 3>> voltages = phaseVoltages();
+    double sum = 0.0;
+    for (const std::array<double, 3> &abc : voltages)
+        sum += abc[0] * abc[0] + abc[1] * abc[1] + abc[2] * abc[2];
+    return voltages.empty() ? 0.0 : std::sqrt(sum / (3.0 * double(voltages.size())));
+}
+
+std::vector<double> TimeStepping::inputPower() const
+{
+    const std::vector<std::array<double, 3>> voltages = phaseVoltages();
+    std::vector<double> power;
+    for (std::size_t k = 0; k < voltages.size(); ++k) {
+        const std::array<double, 3> &i = m_positions[k].currents;
+        power.push_back(voltages[k][0] * i[0] + voltages[k][1] * i[1] + voltages[k][2] * i[2]);
+    }
+    return power;
+}
+
 double TimeStepping::dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const
 {
     const auto [alpha, beta] = spaceVector(abc);
@@ -309,7 +448,7 @@ double TimeStepping::dqComponent(const std::array<double, 3> &abc, double time, 
 
 matvar_t *TimeStepping::timesteppingData() const
 {
-    std::vector<std::pair<QString, matvar_t *>> fields;
+    Fields fields;
     const auto series = [&](const QString &name, const std::function<double(const PositionResult &, std::size_t)> &value) {
         std::vector<double> values;
         for (std::size_t k = 0; k < m_positions.size(); ++k)
@@ -321,6 +460,7 @@ matvar_t *TimeStepping::timesteppingData() const
         return dqComponent(abc, at.time, quadrature);
     };
     const std::vector<std::array<double, 3>> emf = backEmf();
+    const std::vector<std::array<double, 3>> voltages = phaseVoltages();
     const double resistance = m_machine.phaseResistance;
 
     series(QStringLiteral("time"), [](const PositionResult &at, std::size_t) { return at.time; });
@@ -330,35 +470,27 @@ matvar_t *TimeStepping::timesteppingData() const
     series(QStringLiteral("Id"), [&](const PositionResult &at, std::size_t) { return dq(at.currents, at, false); });
     series(QStringLiteral("Iq"), [&](const PositionResult &at, std::size_t) { return dq(at.currents, at, true); });
     if (emf.empty()) {
-        for (const char *name : {"Va", "Vb", "Vc"})
+        for (const char *name : {"Va", "Vb", "Vc", "Vd", "Vq"})
             missing(QString::fromLatin1(name));
     } else {
         for (std::size_t phase = 0; phase < 3; ++phase)
-            series(QStringLiteral("V%1").arg(QLatin1Char(phases[phase])), [&, phase](const PositionResult &at, std::size_t k) {
-                return resistance * at.currents[phase] + emf[k][phase];
+            series(QStringLiteral("V%1").arg(QLatin1Char(phases[phase])), [&, phase](const PositionResult &, std::size_t k) {
+                return voltages[k][phase];
             });
+        series(QStringLiteral("Vd"), [&](const PositionResult &at, std::size_t k) { return dq(voltages[k], at, false); });
+        series(QStringLiteral("Vq"), [&](const PositionResult &at, std::size_t k) { return dq(voltages[k], at, true); });
     }
-    missing(QStringLiteral("Vd"));
-    missing(QStringLiteral("Vq"));
     series(QStringLiteral("Gamma"), [&](const PositionResult &, std::size_t) { return m_settings.advanceAngle; });
     if (emf.empty()) {
-        for (const char *name : {"BackEMFa", "BackEMFb", "BackEMFc"})
+        for (const char *name : {"BackEMFa", "BackEMFb", "BackEMFc", "BackEMFd", "BackEMFq", "Pinput"})
             missing(QString::fromLatin1(name));
     } else {
         for (std::size_t phase = 0; phase < 3; ++phase)
             series(QStringLiteral("BackEMF%1").arg(QLatin1Char(phases[phase])), [&, phase](const PositionResult &, std::size_t k) { return emf[k][phase]; });
-    }
-    missing(QStringLiteral("BackEMFd"));
-    missing(QStringLiteral("BackEMFq"));
-    if (emf.empty()) {
-        missing(QStringLiteral("Pinput"));
-    } else {
-        series(QStringLiteral("Pinput"), [&](const PositionResult &at, std::size_t k) {
-            double power = 0.0;
-            for (std::size_t phase = 0; phase < 3; ++phase)
-                power += (resistance * at.currents[phase] + emf[k][phase]) * at.currents[phase];
-            return power;
-        });
+        series(QStringLiteral("BackEMFd"), [&](const PositionResult &at, std::size_t k) { return dq(emf[k], at, false); });
+        series(QStringLiteral("BackEMFq"), [&](const PositionResult &at, std::size_t k) { return dq(emf[k], at, true); });
+        const std::vector<double> power = inputPower();
+        series(QStringLiteral("Pinput"), [&](const PositionResult &, std::size_t k) { return power[k]; });
     }
     series(QStringLiteral("Pmech"), [&](const PositionResult &at, std::size_t) { return at.torque * mechanicalSpeed(); });
     series(QStringLiteral("Ps"), [&](const PositionResult &at, std::size_t) {
@@ -393,7 +525,7 @@ matvar_t *TimeStepping::timesteppingData() const
 
 matvar_t *TimeStepping::results() const
 {
-    std::vector<std::pair<QString, matvar_t *>> fields;
+    Fields fields;
     const auto value = [&](const char *name, double number) { fields.emplace_back(QString::fromLatin1(name), mat::number(QString(), number)); };
     const auto missing = [&](const char *name) { fields.emplace_back(QString::fromLatin1(name), mat::text(QString(), notComputed)); };
 
@@ -422,18 +554,40 @@ matvar_t *TimeStepping::results() const
         value("TorqueRipple", (*std::max_element(torques.begin(), torques.end()) - *std::min_element(torques.begin(), torques.end())) / std::abs(torque) * 100.0);
     else
         missing("TorqueRipple");
-    for (const char *name : {"CurrentDensity", "DemagH_max", "DemagHpercent_max", "Efficiency", "Error"})
+    for (const char *name : {"CurrentDensity", "DemagH_max", "DemagHpercent_max", "Error"})
         missing(name);
+    const double mechanical = torque * mechanicalSpeed();
+    const double copper = 3.0 * current * current * m_machine.phaseResistance;
+    writeEfficiency(fields, mechanical, copper, m_ironLosses);
     value("Id", -peak * std::sin(gamma));
     value("Iq", peak * std::cos(gamma));
-    missing("Pinput");
-    for (const char *name : {"Piron", "Piron_eddy", "Piron_hyst"})
-        missing(name);
-    value("Pmech", torque * mechanicalSpeed());
-    missing("PowerFactor");
-    value("Ps", 3.0 * current * current * m_machine.phaseResistance);
-    missing("Vd");
-    missing("Vq");
+    const std::vector<std::array<double, 3>> voltages = phaseVoltages();
+    const double voltage = phaseVoltage();
+    const double input = mean(inputPower());
+    if (voltages.empty())
+        missing("Pinput");
+    else
+        value("Pinput", input);
+    writeIronLosses(fields, m_ironLosses, m_ironLossNote);
+    value("Pmech", mechanical);
+    if (voltage > 0.0 && current > 0.0)
+        value("PowerFactor", std::abs(input) / (3.0 * voltage * current));
+    else
+        missing("PowerFactor");
+    value("Ps", copper);
+    if (voltages.empty()) {
+        missing("Vd");
+        missing("Vq");
+    } else {
+        std::vector<double> vd;
+        std::vector<double> vq;
+        for (std::size_t k = 0; k < voltages.size(); ++k) {
+            vd.push_back(dqComponent(voltages[k], m_positions[k].time, false));
+            vq.push_back(dqComponent(voltages[k], m_positions[k].time, true));
+        }
+        value("Vd", mean(vd));
+        value("Vq", mean(vq));
+    }
     value("backEMF", backEmf);
     missing("magnetloss_rotor");
     missing("otherECloss_rotor");
@@ -474,8 +628,18 @@ matvar_t *TimeStepping::results() const
         missing("Lq");
     value("Lself", m_selfInductance);
     value("Lmutual", m_mutualInductance);
-    for (const char *name : {"Km", "Is", "Vs"})
-        missing(name);
+    if (copper > 0.0)
+        value("Km", torque / std::sqrt(copper));
+    else
+        missing("Km");
+    // Supply and phase: in delta the line current, in star the line voltage is sqrt(3) times the phase's.
+    const double lineFactor = std::sqrt(3.0);
+    fields.emplace_back(QStringLiteral("Is"), mat::row(QString(), {m_machine.delta ? lineFactor * current : current, current}));
+    if (voltages.empty())
+        missing("Vs");
+    else
+        fields.emplace_back(QStringLiteral("Vs"), mat::row(QString(), {m_machine.delta ? voltage : lineFactor * voltage, voltage}));
+    value("nWindingsInSeries", m_machine.windingsInSeries);
     std::vector<double> gapTorque;
     const std::size_t gaps = m_positions.empty() ? 0 : m_positions.front().gapTorque.size();
     for (std::size_t g = 0; g < gaps; ++g) {

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "solver/MCRCtrl/IronLoss.h"
 #include "solver/MCRCtrl/MatData.h"
 #include "solver/MCRCtrl/SliceModel.h"
 
 #include <QString>
 #include <array>
 #include <functional>
+#include <optional>
 #include <vector>
 
 struct matvar_t;
@@ -46,6 +48,8 @@ struct PositionResult
     // Mean |B| across the bands and the largest |B| in them.
     double bandFluxDensity = 0.0;
     double bandFluxDensityMax = 0.0;
+    // B of the iron elements of each slice, in the order of the slice's ironElements.
+    std::vector<std::vector<Eigen::Vector2d>> ironField;
 };
 
 // What one slice gives at one shift, before the slices are summed.
@@ -59,6 +63,7 @@ struct SliceAnswer
     double bandArea = 0.0;
     double bandIntegral = 0.0;
     double bandMax = 0.0;
+    std::vector<Eigen::Vector2d> ironField;
 
     // Linear between two answers; a failed one stands for both.
     static SliceAnswer blend(const SliceAnswer &a, const SliceAnswer &b, double share);
@@ -82,6 +87,8 @@ public:
 
     void run(const Progress &progress);
     const std::vector<PositionResult> &positions() const { return m_positions; }
+    // Empty when the run or the materials do not allow them.
+    const std::optional<IronLosses> &ironLosses() const { return m_ironLosses; }
 
     // The two variables of the answer.
     matvar_t *timesteppingData() const;
@@ -97,6 +104,15 @@ private:
     void alignAxes(const Progress &progress);
     void findInductances();
     std::vector<std::array<double, 3>> backEmf() const;
+    // R i + e at each position; empty with the back-EMF.
+    std::vector<std::array<double, 3>> phaseVoltages() const;
+    // The phase RMS voltage over the positions; 0 without voltages.
+    double phaseVoltage() const;
+    std::vector<double> inputPower() const;
+    // From the iron fields over one electrical period; says why when it can't.
+    void findIronLosses(const Progress &progress);
+    // Of the iron elements of one part in slice s.
+    LossParts ironLossOf(const SliceModel &slice, std::size_t s, IronPart part, const IronLossSide &iron) const;
     // The d or q part of three phase values at a time (amplitude-invariant).
     double dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const;
 
@@ -111,6 +127,9 @@ private:
     // position: H.
     double m_selfInductance = 0.0;
     double m_mutualInductance = 0.0;
+    std::optional<IronLosses> m_ironLosses;
+    // How the iron losses were found, or why not.
+    QString m_ironLossNote;
 };
 
 } // namespace mcrctrl

@@ -248,3 +248,45 @@ TEST(SliceModels, PhaseCurrentFollowsTheInputMethodAndConnection)
     EXPECT_DOUBLE_EQ(current("Peak supply current", true), 10.0 / std::sqrt(6.0));
     EXPECT_TRUE(stepError([&] { current("DC supply current", false); }).contains("DC supply current"));
 }
+
+TEST(SliceModels, MachineTakesTheLayoutsInSeriesAndTheIronLossData)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    std::map<QString, MatValue> &windings = exchange.data.windings.elements.front();
+    std::map<QString, MatValue> &materials = exchange.data.materials.elements.front();
+    EXPECT_EQ(readMachine(exchange.data, true).windingsInSeries, 1);
+    for (const auto &[connection, inSeries] : {std::pair("1-2-3", 3), std::pair("1||2||3", 1), std::pair("(1-2)||(3-4)", 2)}) {
+        windings["statorconnection"] = mat_values::text(QString::fromLatin1(connection));
+        EXPECT_EQ(readMachine(exchange.data, true).windingsInSeries, inSeries) << connection;
+    }
+
+    materials["statorironmaterial"] = mat_values::text(QStringLiteral("Steel"));
+    materials["statorironLoss"] = mat_values::matrix(1, 4, {0.02, 5e-5, 1.1, 1.9});
+    materials["k_st_stator"] = mat_values::number(0.95);
+    EXPECT_FALSE(readMachine(exchange.data, true).statorIron.coefficients) << "no mass density";
+    materials["statorironDensity"] = mat_values::number(7650.0);
+    const MachineData machine = readMachine(exchange.data, true);
+    ASSERT_TRUE(machine.statorIron.coefficients);
+    EXPECT_EQ(machine.statorIron.coefficients->b, 1.9);
+    EXPECT_EQ(machine.statorIron.massDensity, 7650.0);
+    EXPECT_EQ(machine.statorIron.stacking, 0.95);
+    EXPECT_EQ(machine.statorIron.material, QStringLiteral("Steel"));
+    EXPECT_FALSE(machine.rotorIron.coefficients);
+
+    // The rotor's and the stator's iron elements apart, and no other.
+    const SliceModel slice = readSlices(exchange.data, machine).front();
+    int rotor = 0;
+    int stator = 0;
+    for (const int e : slice.ironElements) {
+        const IronPart part = slice.regionIron[std::size_t(slice.base.mesh.triangles[std::size_t(e)].region)];
+        rotor += part == IronPart::Rotor;
+        stator += part == IronPart::Stator;
+    }
+    EXPECT_GT(rotor, 0);
+    EXPECT_GT(stator, 0);
+    EXPECT_EQ(rotor + stator, int(slice.ironElements.size()));
+    int iron = 0;
+    for (const solver::Triangle &triangle : slice.base.mesh.triangles)
+        iron += triangle.region == 1 || triangle.region == 3;
+    EXPECT_EQ(iron, int(slice.ironElements.size()));
+}
