@@ -1,0 +1,80 @@
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include "document/Document.h"
+#include "winding/WindingObject.h"
+
+// The end inductance of the example machine: 12 slots, 10 poles, double-layer tooth coils.
+
+namespace {
+
+const QString example = QStringLiteral(ZDS_SOURCE_DIR "/examples/new_motor.zva");
+
+class EndInductanceExampleTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        const QString copy = folder.filePath(QStringLiteral("new_motor.zva"));
+        ASSERT_TRUE(QFile::copy(example, copy));
+        document.start();
+        ASSERT_TRUE(document.load(copy));
+        winding->setAutoCalcEndInductance(true);
+    }
+
+    // Runs the event loop until the scheduled calculation has run.
+    void waitForCalculation()
+    {
+        const QDeadlineTimer deadline(60000);
+        while (winding->isCalcEndInductancePending() && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+        ASSERT_FALSE(winding->isCalcEndInductancePending());
+    }
+
+    QTemporaryDir folder;
+    Document document;
+    WindingObject *winding = document.winding();
+};
+
+} // namespace
+
+TEST_F(EndInductanceExampleTest, TheExampleHasAPlausibleEndInductanceInMicrohenries)
+{
+    const WindingObject::Inductance result = winding->calcEndInductance();
+    EXPECT_EQ(result.methodText, "(By Neumann integrals)");
+    std::cout << "end inductance of the example: " << result.total << " H (inner " << result.inner << ", outer "
+              << result.outer << "), turns " << winding->numberTurns() << ", paths " << winding->parallelPaths()
+              << std::endl;
+    EXPECT_GT(result.total, 1e-7);
+    EXPECT_LT(result.total, 1e-3);
+    EXPECT_GT(result.innerSelf, 0.0);
+    EXPECT_GT(result.outerSelf, 0.0);
+    // The self parts of the coils outweigh their coupling to the other phases.
+    EXPECT_LT(result.outerMutual, result.outerSelf);
+    EXPECT_LT(result.innerMutual, result.innerSelf);
+}
+
+TEST_F(EndInductanceExampleTest, AScheduledCalculationTakesItsResultAndFollowsTheParallelPaths)
+{
+    winding->deferCalcEndInductance();
+    const double single = winding->endInductance();
+    ASSERT_GT(single, 0.0);
+    EXPECT_EQ(winding->methodCalcEndInductance(), "(By Neumann integrals)");
+    EXPECT_DOUBLE_EQ(winding->endInductanceInner()[0] + winding->endInductanceOuter()[0], single);
+
+    const int paths = winding->parallelPaths();
+    winding->setParallelPaths(2 * paths);
+    EXPECT_TRUE(winding->isCalcEndInductancePending());
+    EXPECT_EQ(winding->methodCalcEndInductance(), "Calculation...");
+    waitForCalculation();
+    EXPECT_EQ(winding->methodCalcEndInductance(), "(By Neumann integrals)");
+    EXPECT_NEAR(winding->endInductance(), single / 4.0, 1e-9 * single);
+
+    // Manual again: the value the user had before is back.
+    winding->setAutoCalcEndInductance(false);
+    EXPECT_EQ(winding->methodCalcEndInductance(), "Manual");
+    EXPECT_FALSE(winding->isCalcEndInductancePending());
+}
