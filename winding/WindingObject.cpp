@@ -886,9 +886,13 @@ void WindingObject::setAutoCalcEndInductance(bool automatic)
     announce(&WindingObject::autoCalcEndInductanceChanged);
     if (automatic) {
         m_manualEndInductance = m_endInductance;
+        m_manualEndInductanceSet = true;
         setMethodCalcEndInductance(QString());
         scheduleCalcEndInductance();
     } else {
+        // A calculation on its way would overwrite the user's value.
+        m_calcEndInductanceTimer.stop();
+        m_calcEndInductancePending = false;
         setMethodCalcEndInductance(tr("Manual"));
         setEndInductance(m_manualEndInductance);
     }
@@ -951,10 +955,11 @@ WindingObject::Inductance WindingObject::calcEndInductance()
 void WindingObject::deferCalcEndInductance()
 {
     qInfo() << "WindingObject::deferCalcEndInductance()";
-    const bool equalPhases = hasAllPhases()
+    // A file may have made the value manual since the calculation was scheduled.
+    const bool calculable = m_autoCalcEndInductance && hasAllPhases()
                              && m_baseLayout.at(Winding::A).size() == m_baseLayout.at(Winding::B).size()
                              && m_baseLayout.at(Winding::B).size() == m_baseLayout.at(Winding::C).size();
-    if (equalPhases) {
+    if (calculable) {
         updateEndturns();
         updateWindingErrors();
         const Inductance result = calcEndInductance();
@@ -1285,6 +1290,7 @@ void WindingObject::loadLumpedValues(QDataStream &in)
 {
     in >> m_autoCalcEndInductance >> m_endInductance >> m_autoCalcPhaseResistance >> m_phaseResistance;
     m_manualEndInductance = m_endInductance;
+    m_manualEndInductanceSet = true;
     m_manualPhaseResistance = m_phaseResistance;
     m_manualPhaseResistanceSet = true;
     setMethodCalcEndInductance(m_autoCalcEndInductance ? QString() : tr("Manual"));
