@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "document/Document.h"
+#include "support/ConsoleSpies.h"
 #include "winding/WindingObject.h"
 
 // The end inductance of the example machine: 12 slots, 10 poles, double-layer tooth coils.
@@ -43,7 +44,15 @@ protected:
 
 TEST_F(EndInductanceExampleTest, TheExampleHasAPlausibleEndInductanceInMicrohenries)
 {
+    ConsoleSpies console(winding->console());
     const WindingObject::Inductance result = winding->calcEndInductance();
+    QStringList lines;
+    for (const QList<QVariant> &signal : console.log)
+        lines << signal.at(1).toString();
+    EXPECT_TRUE(console.error.isEmpty());
+    EXPECT_TRUE(lines.contains(QStringLiteral(" Outer Inductance: %1").arg(result.outer))) << lines.join('\n').toStdString();
+    EXPECT_TRUE(lines.contains(QStringLiteral(" Inner Inductance: %1").arg(result.inner)));
+    EXPECT_EQ(lines.filter(QStringLiteral(" Outer / Inner Inductance L")).size(), 5);
     EXPECT_EQ(result.methodText, "(By Neumann integrals)");
     std::cout << "end inductance of the example: " << result.total << " H (inner " << result.inner << ", outer "
               << result.outer << "), turns " << winding->numberTurns() << ", paths " << winding->parallelPaths()
@@ -82,4 +91,14 @@ TEST_F(EndInductanceExampleTest, AChangeOfParallelPathsSchedulesTheCalculationAn
     winding->setAutoCalcEndInductance(false);
     EXPECT_FALSE(winding->isCalcEndInductancePending());
     EXPECT_EQ(winding->methodCalcEndInductance(), "Manual");
+}
+
+TEST_F(EndInductanceExampleTest, TheDataForAnAnalysisWaitForTheEndInductance)
+{
+    waitForCalculation();
+    winding->setParallelPaths(2 * winding->parallelPaths());
+    ASSERT_TRUE(winding->isCalcEndInductancePending());
+    document.ensureData();
+    EXPECT_FALSE(winding->isCalcEndInductancePending());
+    EXPECT_EQ(winding->methodCalcEndInductance(), "(By Neumann integrals)");
 }
