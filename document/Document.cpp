@@ -610,6 +610,14 @@ void Document::ensureData()
 {
     pieces();
     m_winding->updateEndturns();
+    if (m_winding->isCalcEndInductancePending()) {
+        QElapsedTimer timer;
+        timer.start();
+        // Waiting for events keeps the loop from spinning until the timer fires.
+        while (m_winding->isCalcEndInductancePending())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        qInfo() << "Calc inductance was completed at" << timer.elapsed() << "ms";
+    }
     m_mesh->createGeometrySlices();
     m_mesh->createMeshSlices();
     QCoreApplication::processEvents();

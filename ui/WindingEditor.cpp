@@ -56,6 +56,8 @@ WindingEditor::WindingEditor(Document *document, QWidget *parent)
                         &WindingObject::phaseResistanceChanged, &WindingObject::endInductanceChanged,
                         &WindingObject::wireLengthChanged})
         connect(m_winding, signal, this, &WindingEditor::updateUI);
+    connect(m_winding, &WindingObject::endInductanceInnerOrOuterChanged, this,
+            &WindingEditor::updateEndInductanceToolTip);
     connect(m_document->stator(), &Stator::numberSlotsChanged, this, &WindingEditor::updateUI);
     connect(m_document->rotor(), &Rotor::numberPolePairsChanged, this, &WindingEditor::updateUI);
     connect(m_document, &Document::machineTypeChanged, this, &WindingEditor::updateUI);
@@ -64,6 +66,35 @@ WindingEditor::WindingEditor(Document *document, QWidget *parent)
     connect(m_document, &Document::dataSimulationChanged, this, &WindingEditor::updateUI);
     connect(m_document->analysis(), &MagnetostaticAnalysis::runningChanged, this, &WindingEditor::updateUI);
     updateUI();
+}
+
+QString WindingEditor::endInductanceText()
+{
+    return tr("Leakage inductance of the stator winding end turns per phase");
+}
+
+void WindingEditor::updateEndInductanceToolTip()
+{
+    QString text = endInductanceText();
+    // The value is that of the coils of the first stator face.
+    if (m_winding->countLayouts() > 1)
+        text += tr(" for one layout");
+    if (m_winding->autoCalcEndInductance()) {
+        const WindingObject::InductanceParts inner = m_winding->endInductanceInner();
+        const WindingObject::InductanceParts outer = m_winding->endInductanceOuter();
+        auto total = [](const QString &label, double value) {
+            return QStringLiteral("<tr><td><b>%1</b></td><td><b>%2</b></td></tr>").arg(label).arg(value);
+        };
+        auto part = [](const QString &label, double value) {
+            return QStringLiteral("<tr><td>%1</td><td>%2</td></tr>").arg(label).arg(value);
+        };
+        text += QStringLiteral("<hr><table border='0' cellspacing='0' cellpadding='3'>")
+                + total(tr("Inner inductance:"), inner[0]) + part(tr("self:"), inner[1])
+                + part(tr("mutual:"), inner[2]) + total(tr("Outer inductance:"), outer[0])
+                + part(tr("self:"), outer[1]) + part(tr("mutual:"), outer[2]) + QStringLiteral("</table>");
+    }
+    for (QWidget *widget : m_rows->row("endInductance"))
+        widget->setToolTip(text);
 }
 
 void WindingEditor::createForm()
@@ -184,8 +215,7 @@ void WindingEditor::createForm()
     grid->addWidget(m_gcd, row, 1);
 
     createLayoutRows(grid);
-    m_rows->addNumber(tr("End winding inductance (H):"), "endInductance", QString(),
-                      tr("Leakage inductance of the stator winding end turns per phase"))
+    m_rows->addNumber(tr("End winding inductance (H):"), "endInductance", QString(), endInductanceText())
         ->setObjectName(QStringLiteral("editEndInductance"));
     m_rows->addCheck(tr("/ Auto"), "autoCalcEndInductance")
         ->setToolTip(tr("Calculate end winding inductance automatically"));
@@ -332,6 +362,7 @@ void WindingEditor::updateUI()
     m_rows->setRowEnabled("autoCalcCoilSpan", editable && upperLowerDouble);
     m_rows->setRowEnabled("phaseResistance", editable && !m_winding->autoCalcPhaseResistance());
     m_rows->setRowEnabled("endInductance", editable && !m_winding->autoCalcEndInductance());
+    updateEndInductanceToolTip();
     m_endRows->setRowEnabled("radialOverhangOuterEndturn", editable && !m_winding->autoCalcOverhangEndturns());
     m_endRows->setRowEnabled("radialOverhangInnerEndturn", editable && !m_winding->autoCalcOverhangEndturns());
     const bool heights = m_winding->isSingleLayer() && m_winding->coilSpan() > 1 && m_winding->isPlanar();

@@ -35,6 +35,9 @@ private:
     void updateUI();
     void updateFacts();
     void updateMarks();
+    static QString endInductanceText();
+    // The end inductance's tool tip tells its inner and outer parts while it is automatic.
+    void updateEndInductanceToolTip();
     // A span of one on upper and lower layers asks to put the sides side by side.
     void setCoilSpan(int span);
     void unlockCoilSpan();

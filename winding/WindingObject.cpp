@@ -110,6 +110,10 @@ WindingObject::WindingObject(Document *document)
         updateWireLength();
         updatePhaseResistance();
     });
+    connect(this, &WindingObject::endturnsChanged, this, &WindingObject::scheduleCalcEndInductance);
+    m_calcEndInductanceTimer.setSingleShot(true);
+    m_calcEndInductanceTimer.setInterval(250);
+    connect(&m_calcEndInductanceTimer, &QTimer::timeout, this, &WindingObject::deferCalcEndInductance);
 
     // An automatic layout follows from the settings from the start; the document isn't
     // built far enough yet to be told.
@@ -177,6 +181,7 @@ void WindingObject::setParallelPaths(int parallelPaths)
     updateLayouts();
     followWireCount();
     updatePhaseResistance();
+    scheduleCalcEndInductance();
 }
 
 void WindingObject::setNumberTurns(int numberTurns)
@@ -862,6 +867,7 @@ void WindingObject::updateWireLength()
     m_wireLength = length;
     announce(&WindingObject::wireLengthChanged);
     updatePhaseResistance();
+    scheduleCalcEndInductance();
 }
 
 void WindingObject::setMethodCalcEndInductance(const QString &text)
@@ -880,8 +886,13 @@ void WindingObject::setAutoCalcEndInductance(bool automatic)
     announce(&WindingObject::autoCalcEndInductanceChanged);
     if (automatic) {
         m_manualEndInductance = m_endInductance;
+        m_manualEndInductanceSet = true;
         setMethodCalcEndInductance(QString());
+        scheduleCalcEndInductance();
     } else {
+        // A calculation on its way would overwrite the user's value.
+        m_calcEndInductanceTimer.stop();
+        m_calcEndInductancePending = false;
         setMethodCalcEndInductance(tr("Manual"));
         setEndInductance(m_manualEndInductance);
     }
@@ -898,6 +909,77 @@ void WindingObject::setEndInductance(double inductance)
         return;
     m_endInductance = inductance;
     announce(&WindingObject::endInductanceChanged);
+}
+
+bool WindingObject::hasAllPhases() const
+{
+    return std::none_of(m_baseLayout.cbegin(), m_baseLayout.cend(),
+                        [](const Winding::CoilList &list) { return list.isEmpty(); });
+}
+
+void WindingObject::scheduleCalcEndInductance()
+{
+    if (!m_autoCalcEndInductance || !hasAllPhases() || !document()->isReady())
+        return;
+    if (!m_calcEndInductanceTimer.isActive()) {
+        setMethodCalcEndInductance(tr("Calculation..."));
+        m_calcEndInductanceTimer.start();
+    }
+    m_calcEndInductancePending = true;
+}
+
+WindingObject::Inductance WindingObject::calcEndInductance()
+{
+    if (m_parallelPaths == 0)
+        return {};
+    updateEndturns();
+    const QVector<QVector<Winding::Endturns>> layouts = endturns();
+    if (layouts.isEmpty() || layouts.first().isEmpty())
+        return {};
+    // The coil as a round wire of the same section, m.
+    const QVector<StatorItem *> items = document()->stator()->items();
+    const double coilArea = items.isEmpty() ? 0.0 : items.first()->areaWindingCoil();
+    Winding::EndInductanceInput input;
+    input.coilDiameter = 2.0 * std::sqrt(coilArea / m_numberLayers / M_PI) / 1000.0;
+    input.numberTurns = m_numberTurns;
+    input.parallelPaths = m_parallelPaths;
+    input.toroidal = isToroidal();
+    // Only the first layout counts: the others repeat it on further faces.
+    for (const Winding::Endturns &coil : layouts.first()) {
+        input.coils << Winding::CoilEndWires{coil.phase, {coil.outer.ends(), coil.outer.filaments},
+                                             {coil.inner.ends(), coil.inner.filaments}};
+    }
+    return Winding::EndInductanceCalculator(m_console).calcEndInductance(input);
+}
+
+void WindingObject::deferCalcEndInductance()
+{
+    qInfo() << "WindingObject::deferCalcEndInductance()";
+    // A file may have made the value manual since the calculation was scheduled.
+    const bool calculable = m_autoCalcEndInductance && hasAllPhases()
+                             && m_baseLayout.at(Winding::A).size() == m_baseLayout.at(Winding::B).size()
+                             && m_baseLayout.at(Winding::B).size() == m_baseLayout.at(Winding::C).size();
+    if (calculable) {
+        updateEndturns();
+        updateWindingErrors();
+        const Inductance result = calcEndInductance();
+        setMethodCalcEndInductance(result.methodText);
+        if (!qFuzzyCompare(result.inner, m_endInductanceInner[0])
+            || !qFuzzyCompare(result.outer, m_endInductanceOuter[0])) {
+            m_endInductanceInner = {result.inner, result.innerSelf, result.innerMutual};
+            m_endInductanceOuter = {result.outer, result.outerSelf, result.outerMutual};
+            emit endInductanceInnerOrOuterChanged();
+        }
+        if (!qFuzzyCompare(result.total, m_endInductance)) {
+            m_endInductance = result.total;
+            if (!m_manualEndInductanceSet) {
+                m_manualEndInductance = result.total;
+                m_manualEndInductanceSet = true;
+            }
+            emit endInductanceChanged();
+        }
+    }
+    m_calcEndInductancePending = false;
 }
 
 void WindingObject::setAutoCalcPhaseResistance(bool automatic)
@@ -1082,6 +1164,7 @@ void WindingObject::setProperties(const QVariantMap &map)
         setPhaseResistance(resistance);
 
     setConnection(Winding::normalizeConnection(text("statorconnection"), m_countLayouts));
+    scheduleCalcEndInductance();
 }
 
 // Enumerations travel as their 32-bit value. The block grew over the versions; each
@@ -1207,6 +1290,7 @@ void WindingObject::loadLumpedValues(QDataStream &in)
 {
     in >> m_autoCalcEndInductance >> m_endInductance >> m_autoCalcPhaseResistance >> m_phaseResistance;
     m_manualEndInductance = m_endInductance;
+    m_manualEndInductanceSet = true;
     m_manualPhaseResistance = m_phaseResistance;
     m_manualPhaseResistanceSet = true;
     setMethodCalcEndInductance(m_autoCalcEndInductance ? QString() : tr("Manual"));

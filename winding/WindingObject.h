@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QTimer>
 #include <QVariantMap>
 #include <QVector>
 #include <array>
@@ -9,6 +10,7 @@
 
 #include "document/CoreMotorElement.h"
 #include "geometry/Endturn.h"
+#include "winding/EndInductance.h"
 #include "winding/LayoutSettings.h"
 #include "winding/LayoutText.h"
 #include "winding/Winding.h"
@@ -62,6 +64,10 @@ class WindingObject : public CoreMotorElement
     Q_PROPERTY(QVariantMap properties READ properties WRITE setProperties NOTIFY windingChanged)
 
 public:
+    using Inductance = Winding::Inductance;
+    // One side of the end turns: its inductance, its self part and its mutual part, H.
+    using InductanceParts = std::array<double, 3>;
+
     explicit WindingObject(Document *document);
     ~WindingObject() override;
 
@@ -202,6 +208,12 @@ public:
     double endInductance() const { return m_endInductance; }
     void setEndInductance(double inductance);
     QString methodCalcEndInductance() const { return m_methodCalcEndInductance; }
+    // The end-winding inductance of a phase from the end turns of the first layout.
+    Inductance calcEndInductance();
+    InductanceParts endInductanceInner() const { return m_endInductanceInner; }
+    InductanceParts endInductanceOuter() const { return m_endInductanceOuter; }
+    // Set from the scheduling of a calculation until it has run.
+    bool isCalcEndInductancePending() const { return m_calcEndInductancePending; }
     bool autoCalcPhaseResistance() const { return m_autoCalcPhaseResistance; }
     void setAutoCalcPhaseResistance(bool automatic);
     double phaseResistance() const { return m_phaseResistance; }
@@ -225,6 +237,10 @@ public:
     // written; it returns false, having changed nothing, for a newer one.
     void save(QDataStream &out) const;
     bool load(QDataStream &in);
+
+public slots:
+    // Works the automatic end inductance out and takes it.
+    void deferCalcEndInductance();
 
 signals:
     void circuitChanged();
@@ -287,6 +303,9 @@ private:
     void limitCoilSpan();
     void rememberWireSize();
     void setMethodCalcEndInductance(const QString &text);
+    // Many changes come together: the calculation runs once, a little later.
+    void scheduleCalcEndInductance();
+    bool hasAllPhases() const;
     void applyAutoCalcOverhangEndturns(bool automatic);
     void keepManualOverhangs();
     void followOverhangRule();
@@ -359,7 +378,13 @@ private:
     bool m_autoCalcEndInductance = true;
     double m_endInductance = 0.0;
     double m_manualEndInductance = 0.0;
+    // The first automatic inductance is also where a switch to manual starts from.
+    bool m_manualEndInductanceSet = false;
     QString m_methodCalcEndInductance;
+    InductanceParts m_endInductanceInner{};
+    InductanceParts m_endInductanceOuter{};
+    QTimer m_calcEndInductanceTimer;
+    bool m_calcEndInductancePending = false;
     bool m_autoCalcPhaseResistance = true;
     double m_phaseResistance = 0.0;
     double m_manualPhaseResistance = 0.0;

@@ -9,6 +9,7 @@
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 #include <QUndoStack>
 #include <gtest/gtest.h>
 #include <numeric>
@@ -301,3 +302,32 @@ TEST_F(WindingPageTest, TheWindingIn3DShowsEachPhaseAndFaceOnItsOwn)
 }
 
 } // namespace
+
+TEST_F(WindingPageTest, TheEndInductanceToolTipTellsTheInnerAndOuterPartsWhileAutomatic)
+{
+    WindingEditor editor(&document);
+    auto *edit = child<NumberEdit>(editor, "editEndInductance");
+    ASSERT_NE(edit, nullptr);
+    WindingObject *winding = document.winding();
+    winding->setAutoCalcEndInductance(true);
+    winding->deferCalcEndInductance();
+    ASSERT_EQ(winding->methodCalcEndInductance(), QStringLiteral("(By Neumann integrals)"));
+
+    const QString tip = edit->toolTip();
+    EXPECT_TRUE(tip.startsWith(QStringLiteral("Leakage inductance of the stator winding end turns per phase")));
+    EXPECT_EQ(tip.contains(QStringLiteral(" for one layout")), winding->countLayouts() > 1);
+    const QString table = QStringLiteral("<hr><table border='0' cellspacing='0' cellpadding='3'>");
+    EXPECT_TRUE(tip.contains(table)) << tip.toStdString();
+    const WindingObject::InductanceParts inner = winding->endInductanceInner();
+    const WindingObject::InductanceParts outer = winding->endInductanceOuter();
+    EXPECT_TRUE(tip.contains(QStringLiteral("<b>Inner inductance:</b></td><td><b>%1</b>").arg(inner[0])));
+    EXPECT_TRUE(tip.contains(QStringLiteral("<td>self:</td><td>%1</td>").arg(inner[1])));
+    EXPECT_TRUE(tip.contains(QStringLiteral("<td>mutual:</td><td>%1</td>").arg(inner[2])));
+    EXPECT_TRUE(tip.contains(QStringLiteral("<b>Outer inductance:</b></td><td><b>%1</b>").arg(outer[0])));
+    EXPECT_TRUE(tip.contains(QStringLiteral("<td>self:</td><td>%1</td>").arg(outer[1])));
+    EXPECT_GT(inner[0], 0.0);
+    EXPECT_TRUE(Qt::mightBeRichText(tip));
+
+    winding->setAutoCalcEndInductance(false);
+    EXPECT_FALSE(edit->toolTip().contains(table));
+}
