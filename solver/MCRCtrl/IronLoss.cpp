@@ -3,6 +3,8 @@
 #include <cmath>
 #include <complex>
 
+#include "solver/MCRCtrl/Harmonics.h"
+
 namespace mcrctrl {
 
 LossParts &LossParts::operator+=(const LossParts &other)
@@ -16,20 +18,18 @@ LossParts specificLoss(const std::vector<Eigen::Vector2d> &samples, double f1, c
 {
     LossParts loss;
     const std::size_t count = samples.size();
-    std::vector<std::complex<double>> turns(count);
-    for (std::size_t k = 0; k < count; ++k)
-        turns[k] = std::polar(1.0, -2.0 * M_PI * double(k) / double(count));
+    std::vector<double> xs(count);
+    std::vector<double> ys(count);
+    for (std::size_t k = 0; k < count; ++k) {
+        xs[k] = samples[k].x();
+        ys[k] = samples[k].y();
+    }
+    const std::vector<std::complex<double>> x = harmonicSums(xs);
+    const std::vector<std::complex<double>> y = harmonicSums(ys);
     for (std::size_t n = 1; 2 * n <= count; ++n) {
-        std::complex<double> x;
-        std::complex<double> y;
-        for (std::size_t k = 0; k < count; ++k) {
-            const std::complex<double> &turn = turns[n * k % count];
-            x += samples[k].x() * turn;
-            y += samples[k].y() * turn;
-        }
         // The highest harmonic of an even count has no mirror image to share its amplitude with.
         const double scale = (2 * n == count ? 1.0 : 2.0) / double(count);
-        const double amplitude = scale * std::sqrt(std::norm(x) + std::norm(y));
+        const double amplitude = scale * std::sqrt(std::norm(x[n]) + std::norm(y[n]));
         if (amplitude <= 0.0)
             continue;
         const double frequency = double(n) * f1;

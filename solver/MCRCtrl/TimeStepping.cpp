@@ -1,5 +1,7 @@
 #include "solver/MCRCtrl/TimeStepping.h"
 
+#include "solver/MCRCtrl/Harmonics.h"
+
 #include "solver/AirGapForce.h"
 #include "solver/FieldSolution.h"
 #include "solver/FluxLinkage.h"
@@ -390,16 +392,26 @@ std::vector<std::array<double, 3>> TimeStepping::backEmf() const
     std::vector<std::array<double, 3>> emf;
     if (count < 3)
         return emf;
-    const bool periodic = !m_settings.definedPeriod;
-    const double period = 1.0 / electricalFrequency();
+    // Positions at equal steps over one electrical period: the derivative through the
+    // harmonics keeps the fundamental at its size, whatever the number of positions.
+    if (!m_settings.definedPeriod) {
+        const double period = 1.0 / electricalFrequency();
+        std::array<std::vector<double>, 3> rates;
+        for (std::size_t phase = 0; phase < 3; ++phase) {
+            std::vector<double> flux;
+            for (const PositionResult &at : m_positions)
+                flux.push_back(at.fluxLinkage[phase]);
+            rates[phase] = periodicDerivative(flux, period);
+        }
+        for (std::size_t k = 0; k < count; ++k)
+            emf.push_back({rates[0][k], rates[1][k], rates[2][k]});
+        return emf;
+    }
+    // A span of time: difference quotients, one-sided at its ends.
     for (std::size_t k = 0; k < count; ++k) {
-        std::size_t before = k == 0 ? (periodic ? count - 1 : 0) : k - 1;
-        std::size_t after = k + 1 == count ? (periodic ? 0 : k) : k + 1;
-        double dt = m_positions[after].time - m_positions[before].time;
-        if (periodic && k == 0)
-            dt += period;
-        if (periodic && k + 1 == count)
-            dt += period;
+        const std::size_t before = k == 0 ? 0 : k - 1;
+        const std::size_t after = k + 1 == count ? k : k + 1;
+        const double dt = m_positions[after].time - m_positions[before].time;
         std::array<double, 3> value{};
         for (std::size_t phase = 0; phase < 3; ++phase)
             value[phase] = (m_positions[after].fluxLinkage[phase] - m_positions[before].fluxLinkage[phase]) / dt;
