@@ -18,14 +18,12 @@
 #include "document/Airgap.h"
 #include "document/CommandSetPropertyObject.h"
 #include "document/Document.h"
+#include "document/MaterialMasses.h"
 #include "geometry/MotorItem.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "materials/BasicMaterials.h"
 #include "materials/MagnetMaterial.h"
-#include "materials/MaterialConductorEngine.h"
-#include "materials/MaterialIronEngine.h"
-#include "materials/MaterialMagnetEngine.h"
 #include "materials/WindingMaterial.h"
 #include "meshing/Mesh.h"
 #include "meshing/SliceData.h"
@@ -126,23 +124,6 @@ matvar_t *coilTable(const Winding::CoilList &coils, bool singleLayer)
 }
 
 // Pieces of one side and one kind, in mm³.
-double volumeOf(const PieceList &pieces, quint32 mask, qint32 kind)
-{
-    double volume = 0.0;
-    for (const Piece &piece : pieces) {
-        if ((piece.scope() & mask) && piece.kind() == kind)
-            volume += piece.shape().volume();
-    }
-    return volume;
-}
-
-template <class Engine>
-double densityOf(const QString &name)
-{
-    const auto *material = Engine::instance().describe(name);
-    return material ? material->massDensity : 0.0;
-}
-
 // Metres, with what is zero to the program written as 0.
 double metres(double millimetres)
 {
@@ -318,30 +299,15 @@ MatVarPointer MAT_Parcer::motorPropertiesToMAT() const
 
 MatVarPointer MAT_Parcer::weightToMAT() const
 {
-    const Stator *stator = m_document->stator();
-    const Rotor *rotor = m_document->rotor();
-    const WindingObject *winding = m_document->winding();
-    const PieceList pieces = m_document->pieces();
-
-    const double statorIron = volumeOf(pieces, Piece::StatorMask, AbstractMaterial::IronKind) / 1e9
-                              * densityOf<MaterialIronEngine>(stator->ironMaterial()) * stator->ironStacking();
-    const double rotorIron = volumeOf(pieces, Piece::RotorMask, AbstractMaterial::IronKind) / 1e9
-                             * densityOf<MaterialIronEngine>(rotor->ironMaterial());
-    const double radius = winding->wireDiameter() / 2.0;
-    const double statorWinding = winding->strandsConductor() * winding->wireLength() * winding->countLayouts() * M_PI
-                                 * radius * radius / 1e6
-                                 * densityOf<MaterialConductorEngine>(stator->windingMaterial());
-    const double magnet = volumeOf(pieces, Piece::RotorMask, AbstractMaterial::MagnetKind) / 1e9
-                          * densityOf<MaterialMagnetEngine>(rotor->magnetMaterial());
-    const double conductor = volumeOf(pieces, Piece::RotorMask, AbstractMaterial::ConductorKind) / 1e9
-                             * densityOf<MaterialConductorEngine>(rotor->conductorMaterial());
+    // The rotor iron goes as solid iron, without its stacking factor.
+    const MaterialMasses masses = MaterialMasses::of(*m_document, m_document->pieces());
     return MatVarPointer(C::structVar(QStringLiteral("Weight"),
                                       {
-                                          {"statoriron", C::matVar(statorIron, "statoriron")},
-                                          {"rotoriron", C::matVar(rotorIron, "rotoriron")},
-                                          {"statorwinding", C::matVar(statorWinding, "statorwinding")},
-                                          {"magnet", C::matVar(magnet, "magnet")},
-                                          {"conductor", C::matVar(conductor, "conductor")},
+                                          {"statoriron", C::matVar(masses.statorIron.orZero(), "statoriron")},
+                                          {"rotoriron", C::matVar(masses.rotorIron.orZero(), "rotoriron")},
+                                          {"statorwinding", C::matVar(masses.statorWinding.orZero(), "statorwinding")},
+                                          {"magnet", C::matVar(masses.rotorMagnet.orZero(), "magnet")},
+                                          {"conductor", C::matVar(masses.rotorConductor.orZero(), "conductor")},
                                       }));
 }
 

@@ -4,21 +4,12 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QVBoxLayout>
-#include <cmath>
 
 #include "document/Document.h"
 #include "geometry/Rotor.h"
-#include "geometry/Stator.h"
-#include "materials/AbstractMaterial.h"
-#include "materials/MaterialConductorEngine.h"
-#include "materials/MaterialIronEngine.h"
-#include "materials/MaterialMagnetEngine.h"
 #include "winding/WindingObject.h"
 
 namespace {
-
-// Shape volumes are in mm³, mass densities in kg/m³.
-const double cubicMillimetresPerCubicMetre = 1e9;
 
 struct RowText
 {
@@ -34,12 +25,6 @@ const RowText rowTexts[] = {
     {"labelRotorConductorWeight", QT_TRANSLATE_NOOP("MaterialWeightWidget", "Conductors:")},
     {"labelTotalWeight", QT_TRANSLATE_NOOP("MaterialWeightWidget", "Total:")},
 };
-
-template <class Engine>
-const auto *describeOf(const QString &name)
-{
-    return Engine::instance().describe(name);
-}
 
 } // namespace
 
@@ -81,81 +66,33 @@ void MaterialWeightWidget::setDocument(Document *document)
 
 void MaterialWeightWidget::takePieces()
 {
-    m_volumes = Volumes();
-    // Pieces are taken as built: building them here would stall the window.
-    if (m_document && m_document->hasPieces()) {
-        for (const Piece &piece : m_document->pieces()) {
-            const Piece::Scopes scope(piece.scope());
-            const bool stator = (scope & Piece::StatorMask) && !(scope & ~Piece::Scopes(Piece::StatorMask));
-            const bool rotor = (scope & Piece::RotorMask) && !(scope & ~Piece::Scopes(Piece::RotorMask));
-            const qint32 kind = piece.kind();
-            if (stator && kind == AbstractMaterial::IronKind) {
-                m_volumes.statorIron += piece.shape().volume();
-                m_volumes.hasStatorIron = true;
-            } else if (stator && kind == AbstractMaterial::WindingKind) {
-                m_volumes.hasStatorWinding = true;
-            } else if (rotor && kind == AbstractMaterial::IronKind) {
-                m_volumes.rotorIron += piece.shape().volume();
-                m_volumes.hasRotorIron = true;
-            } else if (rotor && kind == AbstractMaterial::MagnetKind) {
-                m_volumes.rotorMagnet += piece.shape().volume();
-                m_volumes.hasRotorMagnet = true;
-            } else if (rotor && kind == AbstractMaterial::ConductorKind) {
-                m_volumes.rotorConductor += piece.shape().volume();
-                m_volumes.hasRotorConductor = true;
-            }
-        }
-    }
+    m_pieces = m_document && m_document->hasPieces() ? m_document->pieces() : PieceList();
     refresh();
 }
 
 void MaterialWeightWidget::refresh()
 {
-    const Stator *stator = m_document ? m_document->stator() : nullptr;
-    const Rotor *rotor = m_document ? m_document->rotor() : nullptr;
-    const WindingObject *winding = m_document ? m_document->winding() : nullptr;
-    double total = 0.0;
-
-    const auto *statorIron = stator ? describeOf<MaterialIronEngine>(stator->ironMaterial()) : nullptr;
-    total += showRow(StatorIron, m_volumes.hasStatorIron,
-                     statorIron ? m_volumes.statorIron / cubicMillimetresPerCubicMetre * statorIron->massDensity *
-                                      stator->ironStacking()
-                                : 0.0,
-                     statorIron);
-
-    const auto *conductor = stator ? describeOf<MaterialConductorEngine>(stator->windingMaterial()) : nullptr;
-    const double wireArea = winding ? M_PI * std::pow(winding->wireDiameter() / 2.0, 2) / 1e6 : 0.0;
-    total += showRow(StatorWinding, m_volumes.hasStatorWinding,
-                     conductor && winding ? wireArea * winding->strandsConductor() * winding->wireLength() *
-                                                winding->countLayouts() * conductor->massDensity
-                                          : 0.0,
-                     conductor);
-
-    const auto *rotorIron = rotor ? describeOf<MaterialIronEngine>(rotor->ironMaterial()) : nullptr;
-    total += showRow(RotorIron, m_volumes.hasRotorIron,
-                     rotorIron ? m_volumes.rotorIron / cubicMillimetresPerCubicMetre * rotorIron->massDensity *
-                                     rotor->ironStacking()
-                               : 0.0,
-                     rotorIron);
-
-    const auto *magnet = rotor ? describeOf<MaterialMagnetEngine>(rotor->magnetMaterial()) : nullptr;
-    total += showRow(RotorMagnet, m_volumes.hasRotorMagnet,
-                     magnet ? m_volumes.rotorMagnet / cubicMillimetresPerCubicMetre * magnet->massDensity : 0.0, magnet);
-
-    const auto *rotorConductor = rotor ? describeOf<MaterialConductorEngine>(rotor->conductorMaterial()) : nullptr;
-    total += showRow(RotorConductor, m_volumes.hasRotorConductor,
-                     rotorConductor
-                         ? m_volumes.rotorConductor / cubicMillimetresPerCubicMetre * rotorConductor->massDensity
-                         : 0.0,
-                     rotorConductor);
-
+    if (!m_document) {
+        for (int row = 0; row < Total; ++row)
+            showRow(Row(row), MaterialMass());
+        m_values[Total]->setText(QString::number(0.0, 'f', 3));
+        return;
+    }
+    const MaterialMasses masses = MaterialMasses::of(*m_document, m_pieces);
+    // The panel weighs the rotor iron as stacked, as it does the stator's.
+    MaterialMass rotorIron = masses.rotorIron;
+    if (rotorIron.kilograms)
+        *rotorIron.kilograms *= m_document->rotor()->ironStacking();
+    const double total = showRow(StatorIron, masses.statorIron) + showRow(StatorWinding, masses.statorWinding)
+                         + showRow(RotorIron, rotorIron) + showRow(RotorMagnet, masses.rotorMagnet)
+                         + showRow(RotorConductor, masses.rotorConductor);
     m_values[Total]->setText(QString::number(total, 'f', 3));
 }
 
-double MaterialWeightWidget::showRow(Row row, bool shown, double mass, bool known)
+double MaterialWeightWidget::showRow(Row row, const MaterialMass &mass)
 {
     for (QWidget *widget : qAsConst(m_rowWidgets[row]))
-        widget->setVisible(shown);
-    m_values[row]->setText(known ? QString::number(mass, 'f', 3) : QString());
-    return shown && known ? mass : 0.0;
+        widget->setVisible(mass.hasPieces);
+    m_values[row]->setText(mass.kilograms ? QString::number(*mass.kilograms, 'f', 3) : QString());
+    return mass.hasPieces ? mass.orZero() : 0.0;
 }

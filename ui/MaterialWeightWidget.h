@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include "document/MaterialMasses.h"
+
 class Document;
 class QGridLayout;
 class QLabel;
@@ -21,27 +23,14 @@ public:
 private:
     enum Row { StatorIron, StatorWinding, RotorIron, RotorMagnet, RotorConductor, Total, RowCount };
 
-    // Volumes in mm³ change with the pieces only; materials and the wire come later.
-    struct Volumes
-    {
-        double statorIron = 0.0;
-        double rotorIron = 0.0;
-        double rotorMagnet = 0.0;
-        double rotorConductor = 0.0;
-        bool hasStatorIron = false;
-        bool hasStatorWinding = false;
-        bool hasRotorIron = false;
-        bool hasRotorMagnet = false;
-        bool hasRotorConductor = false;
-    };
-
     void takePieces();
     void refresh();
     // Shows the row and returns the mass counted in the total: 0 where the material is unknown.
-    double showRow(Row row, bool shown, double mass, bool known);
+    double showRow(Row row, const MaterialMass &mass);
 
     QPointer<Document> m_document;
-    Volumes m_volumes;
+    // As last built: weighing never builds them.
+    PieceList m_pieces;
     QLabel *m_values[RowCount];
     QList<QWidget *> m_rowWidgets[RowCount];
 };
