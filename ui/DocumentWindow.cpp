@@ -44,6 +44,7 @@
 #include "ui/MaterialsPanel.h"
 #include "ui/MeshEditor.h"
 #include "ui/MeshPageViewer.h"
+#include "ui/ModifiedFadeLabel.h"
 #include "ui/MotorGeometryEditor.h"
 #include "ui/ProtectedBanner.h"
 #include "ui/WindingEditor.h"
@@ -356,11 +357,34 @@ void DocumentWindow::createViewers()
         m_viewers->addWidget(page);
         m_viewerOfMode.insert(mode, viewer);
         m_pageOfMode.insert(mode, page);
+        addModifiedLabel(viewer);
         connect(viewer, &occ::View::zoomAutoFitChanged, this, &DocumentWindow::aboutToUpdateUI);
     };
     addViewer(new MotorGeometryScene(m_document), "viewerMotor", Document::GeometryMotor);
     addViewer(new StatorGeometryScene(m_document), "viewerStator", Document::GeometryStator);
     addViewer(new RotorGeometryScene(m_document), "viewerRotor", Document::GeometryRotor);
+}
+
+void DocumentWindow::addModifiedLabel(GeometryViewer *viewer)
+{
+    GeometryScene *scene = viewer->scene();
+    auto *label = new ModifiedFadeLabel(viewer);
+    auto *layout = new QGridLayout(viewer);
+    layout->addWidget(label, 0, 0, Qt::AlignTop | Qt::AlignHCenter);
+    connect(label, &ModifiedFadeLabel::buttonClicked, scene, &GeometryScene::applyChanges);
+    connect(scene, &GeometryScene::outOfDateChanged, label, &QWidget::setVisible);
+    MainWindow *main = MainWindow::instance();
+    if (!main) {
+        connect(label, &ModifiedFadeLabel::rightAwayToggled, scene, &GeometryScene::setApplyRightAway);
+        label->setRightAway(true);
+        return;
+    }
+    // One choice for every view of every document: the main window keeps it.
+    label->setRightAway(main->rightAwayApplyChangesGeometry());
+    scene->setApplyRightAway(main->rightAwayApplyChangesGeometry());
+    connect(label, &ModifiedFadeLabel::rightAwayToggled, main, &MainWindow::setRightAwayApplyChangesGeometry);
+    connect(main, &MainWindow::rightAwayApplyChangesGeometryChanged, label, &ModifiedFadeLabel::setRightAway);
+    connect(main, &MainWindow::rightAwayApplyChangesGeometryChanged, scene, &GeometryScene::setApplyRightAway);
 }
 
 void DocumentWindow::showViewerOf(Document::Mode mode)

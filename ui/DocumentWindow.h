@@ -95,6 +95,8 @@ private:
     void showLogs(bool debugMode);
     void followModeInConsole(Document::Mode mode);
     void createViewers();
+    // Over a view whose machine waits for "Apply", with the choice to stop asking.
+    void addModifiedLabel(GeometryViewer *viewer);
     void connectAnalysisOverlay();
     void showViewerOf(Document::Mode mode);
     // A page of the tool box with the editor that makeEditor builds for its parent.

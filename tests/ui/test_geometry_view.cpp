@@ -155,6 +155,44 @@ TEST_F(GeometryViewTest, AChangeDuringAGenerationIsPickedUpWhenItEnds)
     EXPECT_TRUE(document.hasPieces()) << "the newest machine is on view";
 }
 
+TEST_F(GeometryViewTest, ChangesWaitForApplyUntilTheSceneIsToldToDrawThemRightAway)
+{
+    StatorGeometryScene scene(&document);
+    scene.setApplyRightAway(false);
+    ASSERT_TRUE(generate(scene)) << "the first machine is drawn without asking";
+    const int slotsBefore = scene.pieces().ofKind(AbstractMaterial::WindingKind).size();
+    QSignalSpy outOfDate(&scene, &GeometryScene::outOfDateChanged);
+    QSignalSpy redrawn(&scene, &GeometryScene::redrawScene);
+
+    document.stator()->setNumberSlots(24);
+    document.stator()->setNumberSlots(18);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(scene.isOutOfDate());
+    ASSERT_EQ(outOfDate.size(), 1) << "a burst of changes is one notice";
+    EXPECT_FALSE(scene.isGenerating());
+    // Hidden and shown again, the view still waits.
+    scene.setShown(false);
+    scene.setShown(true);
+    EXPECT_FALSE(scene.isGenerating());
+    EXPECT_EQ(scene.pieces().ofKind(AbstractMaterial::WindingKind).size(), slotsBefore);
+
+    scene.applyChanges();
+    EXPECT_FALSE(scene.isOutOfDate());
+    ASSERT_TRUE(redrawn.wait(generationTimeout));
+    EXPECT_EQ(scene.pieces().ofKind(AbstractMaterial::WindingKind).size(), 18 * slotsBefore / 12);
+
+    // Drawing right away picks up what was waiting.
+    document.stator()->setNumberSlots(12);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(scene.isOutOfDate());
+    scene.setApplyRightAway(true);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(scene.isOutOfDate());
+    EXPECT_TRUE(scene.isGenerating());
+    ASSERT_TRUE(redrawn.wait(generationTimeout));
+    EXPECT_EQ(scene.pieces().ofKind(AbstractMaterial::WindingKind).size(), slotsBefore);
+}
+
 TEST_F(GeometryViewTest, AnEmptyListClearsTheSceneAndANullShapeIsPassedOver)
 {
     MotorGeometryScene scene(&document);

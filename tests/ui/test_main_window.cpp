@@ -39,6 +39,7 @@
 #include "geometry/Stator.h"
 #include "materials/AbstractMaterial.h"
 #include "meshing/Mesh.h"
+#include "ui/ModifiedFadeLabel.h"
 #include "ui/CommandStackView.h"
 #include "ui/DocumentWindow.h"
 #include "ui/GlassWidget.h"
@@ -724,17 +725,41 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
     }
     EXPECT_GT(magnetPixels, 20) << "the south poles of the magnets are drawn in the window";
 
+    // A change waits for "Apply" over the machine it makes out of date.
+    auto *modified = viewer->findChild<ModifiedFadeLabel *>();
+    ASSERT_NE(modified, nullptr);
+    EXPECT_FALSE(modified->isVisible());
     Document *document = documentWindow->document();
     document->setPropertyUndoable(document->stator(), "numberSlots", 24);
     QCoreApplication::processEvents();
+    EXPECT_TRUE(modified->isVisible());
+    EXPECT_TRUE(modified->findChild<QWidget *>("widgetRigthAway")->isVisible());
+    EXPECT_FALSE(viewer->scene()->isGenerating());
+    EXPECT_EQ(coilsOn(viewer->scene()), coilsBefore);
+    auto *apply = modified->findChild<QPushButton *>("buttonApply");
+    QTest::mouseClick(apply, Qt::LeftButton);
+    EXPECT_FALSE(modified->isVisible());
     EXPECT_EQ(viewer->progressText(), "Generating motor geometry...");
     ASSERT_TRUE(waitForMachine(viewer));
     EXPECT_TRUE(viewer->progressText().isEmpty());
     EXPECT_EQ(coilsOn(viewer->scene()), 2 * coilsBefore);
 
+    // Asked not to ask again, the view draws the undone machine at once, and every
+    // later change too.
     trigger("actionUndo");
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(modified->isVisible());
+    modified->findChild<QCheckBox *>("checkBoxRigthAwayApplyChanges")->click();
+    EXPECT_TRUE(window->rightAwayApplyChangesGeometry());
+    QCoreApplication::processEvents();
     ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_FALSE(modified->isVisible());
     EXPECT_EQ(coilsOn(viewer->scene()), coilsBefore);
+    trigger("actionRedo");
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(modified->isVisible());
+    ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_EQ(coilsOn(viewer->scene()), 2 * coilsBefore);
 }
 
 TEST_F(MainWindowTest, TheMotorPageDrawsTheEndTurnsAsBundlesOrLinesInTheirPhasesColours)

@@ -249,19 +249,40 @@ void GeometryScene::setShown(bool shown)
     if (m_shown == shown)
         return;
     m_shown = shown;
-    if (shown)
+    if (shown && (!m_drawn || !m_outOfDate))
         applyChanges();
+}
+
+void GeometryScene::setApplyRightAway(bool rightAway)
+{
+    if (m_applyRightAway == rightAway)
+        return;
+    m_applyRightAway = rightAway;
+    if (rightAway && m_outOfDate)
+        scheduleChanges();
+}
+
+void GeometryScene::setOutOfDate(bool outOfDate)
+{
+    if (m_outOfDate == outOfDate)
+        return;
+    m_outOfDate = outOfDate;
+    emit outOfDateChanged(outOfDate);
 }
 
 void GeometryScene::scheduleChanges()
 {
-    m_changeTimer.start();
+    if (m_drawn && !m_applyRightAway)
+        setOutOfDate(true);
+    else
+        m_changeTimer.start();
 }
 
 void GeometryScene::applyChanges()
 {
     if (!m_shown)
         return;
+    setOutOfDate(false);
     if (m_generating) {
         qInfo().noquote() << QStringLiteral("Geometry generating, skip apply change %1").arg(m_name);
         m_changedMeanwhile = true;
@@ -289,11 +310,13 @@ void GeometryScene::requestPieces()
 void GeometryScene::generationFinished()
 {
     createScene(m_watcher.result());
+    m_drawn = true;
     m_generating = false;
     QApplication::restoreOverrideCursor();
     emit progressCreateScene(QString());
-    // A change while the pieces were built leaves the document without pieces.
-    if (m_changedMeanwhile || !m_document->hasPieces()) {
+    // A change while the pieces were built leaves the document without pieces; it is
+    // drawn now unless it waits for the user.
+    if (!m_outOfDate && (m_changedMeanwhile || !m_document->hasPieces())) {
         m_changedMeanwhile = false;
         applyChanges();
     }

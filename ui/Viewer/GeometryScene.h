@@ -37,6 +37,12 @@ public:
     // Until the scene is first shown, changes build nothing.
     void setShown(bool shown);
 
+    // Whether a change is drawn as soon as it arrives. Otherwise, once a machine is
+    // drawn, a change only makes the scene out of date until applyChanges().
+    bool applyRightAway() const { return m_applyRightAway; }
+    void setApplyRightAway(bool rightAway);
+    bool isOutOfDate() const { return m_outOfDate; }
+
     // What is shown, kept per scene under its name.
     Piece::Scopes visibleScopes() const { return m_visibleScopes; }
     void setVisibleScopes(Piece::Scopes scopes);
@@ -56,11 +62,13 @@ signals:
     void visibleMaterialChanged();
     void progressCreateScene(QString text);
     void redrawScene();
+    void outOfDateChanged(bool outOfDate);
 
 public slots:
     void applyChanges();
     // Applies the changes once control returns to the event loop, so that a burst
-    // of changes makes one generation.
+    // of changes makes one generation; or marks the scene out of date, when changes
+    // wait for the user.
     void scheduleChanges();
 
 protected:
@@ -74,6 +82,7 @@ protected:
 
 private:
     void generationFinished();
+    void setOutOfDate(bool outOfDate);
     Handle(AIS_InteractiveObject) objectOf(const Piece &piece, double transparency) const;
 
     Document *m_document;
@@ -85,6 +94,9 @@ private:
     bool m_shown = false;
     bool m_generating = false;
     bool m_changedMeanwhile = false;
+    bool m_applyRightAway = true;
+    bool m_drawn = false;
+    bool m_outOfDate = false;
     Piece::Scopes m_visibleScopes = Piece::StatorMask | Piece::RotorMask;
     // By setting key ("VisibleStatorIron"); a missing key is shown.
     QHash<QString, bool> m_visibleMaterials;
