@@ -1,5 +1,7 @@
 #include "ui/MaterialsPanel.h"
 
+#include <QCheckBox>
+#include <QGroupBox>
 #include <QVBoxLayout>
 
 #include "ui/MaterialWeightWidget.h"
@@ -37,6 +39,7 @@ MaterialsPanel::MaterialsPanel(Document *document, GeometryScene *scene, QWidget
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_materials, 1);
+    layout->addWidget(sectionsOf(scene));
     layout->addWidget(m_weight);
 
     m_materials->setDocument(document);
@@ -54,4 +57,28 @@ MaterialsPanel::MaterialsPanel(Document *document, GeometryScene *scene, QWidget
         connect(m_materials, &MaterialsWidget::showOnlyFilamentsToggled, motor, &MotorGeometryScene::setFilamentsOnly);
     }
     m_materials->setPieces(scene->pieces());
+}
+
+QWidget *MaterialsPanel::sectionsOf(GeometryScene *scene)
+{
+    auto *box = new QGroupBox(tr("Analysis sections"), this);
+    box->setObjectName(QStringLiteral("groupBoxSections"));
+    auto *layout = new QVBoxLayout(box);
+    const auto addCheckBox = [box, layout](const char *name, const QString &text, bool checked) {
+        auto *check = new QCheckBox(text, box);
+        check->setObjectName(QLatin1String(name));
+        check->setChecked(checked);
+        layout->addWidget(check);
+        return check;
+    };
+    QCheckBox *borders = addCheckBox("checkBoxShowSlicePlanes", tr("Slice borders"), scene->showSlicePlanes());
+    connect(borders, &QCheckBox::toggled, scene, &GeometryScene::setShowSlicePlanes);
+    if (auto *motor = qobject_cast<MotorGeometryScene *>(scene)) {
+        QCheckBox *cuts = addCheckBox("checkBoxShowSectionCylindrical", tr("Cylindrical sections of the slices"),
+                                      motor->showSectionCylindrical());
+        connect(cuts, &QCheckBox::toggled, motor, &MotorGeometryScene::setShowSectionCylindrical);
+        QCheckBox *radial = addCheckBox("checkBoxShowSectionRadial", tr("Radial section"), motor->showSectionRadial());
+        connect(radial, &QCheckBox::toggled, motor, &MotorGeometryScene::setShowSectionRadial);
+    }
+    return box;
 }

@@ -19,6 +19,9 @@ public:
     MaterialWeightWidget *weightWidget() const { return m_weight; }
 
 private:
+    // Where the analysis cuts the machine, shown over the scene on request.
+    QWidget *sectionsOf(GeometryScene *scene);
+
     MaterialsWidget *m_materials;
     MaterialWeightWidget *m_weight;
 };

@@ -11,6 +11,7 @@
 #include "geometry/Stator.h"
 #include "materials/AbstractMaterial.h"
 #include "materials/MagnetMaterial.h"
+#include "meshing/Mesh.h"
 #include "support/LogCatcher.h"
 #include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryViewer.h"
@@ -233,4 +234,52 @@ TEST_F(GeometryViewTest, TheViewDrawsTheMachineInTheColoursOfItsMaterials)
     image.save(QStringLiteral("geometry_view_magnets.png"));
     EXPECT_GT(pixelsOfHue(image, MagnetMaterial::northColor(), 6), 200) << "north poles";
     EXPECT_GT(pixelsOfHue(image, MagnetMaterial::southColor(), 6), 200) << "south poles";
+}
+
+TEST_F(GeometryViewTest, SectionGuidesAreDrawnOverTheMachineWithoutBecomingPiecesOfIt)
+{
+    document.mesh()->setNumberSlices(3);
+    GeometryViewer viewer(new MotorGeometryScene(&document));
+    auto *scene = qobject_cast<MotorGeometryScene *>(viewer.scene());
+    viewer.resize(640, 480);
+    QSignalSpy redrawn(scene, &GeometryScene::redrawScene);
+    viewer.show();
+    ASSERT_TRUE(redrawn.wait(generationTimeout));
+    const int pieces = scene->pieces().size();
+    const int objects = scene->objects().size();
+    const auto guides = [scene] {
+        int count = 0;
+        for (const Handle(AIS_InteractiveObject) &object : scene->objects())
+            count += scene->pieceOf(object).shape().is_null() ? 1 : 0;
+        return count;
+    };
+    ASSERT_EQ(guides(), 0);
+
+    QSignalSpy slicePlanes(scene, &GeometryScene::showSlicePlanesChanged);
+    scene->setShowSlicePlanes(true);
+    EXPECT_EQ(slicePlanes.size(), 1);
+    EXPECT_EQ(guides(), 4) << "the borders of three slices";
+    scene->setShowSectionCylindrical(true);
+    EXPECT_EQ(guides(), 4 + 3) << "and the cylinder of each slice";
+    EXPECT_EQ(scene->pieces().size(), pieces);
+    scene->setShowSlicePlanes(false);
+    scene->setShowSectionCylindrical(false);
+    EXPECT_EQ(scene->objects().size(), objects);
+
+    // Seen from the side, the radial plane covers the machine's half and the air beside it.
+    viewer.view()->SetProj(V3d_Yneg);
+    viewer.fitAll();
+    const QImage before = viewer.renderImage();
+    scene->setShowSectionRadial(true);
+    const QImage after = viewer.renderImage();
+    ASSERT_EQ(before.size(), after.size());
+    int tinted = 0;
+    for (int y = 0; y < after.height(); ++y) {
+        for (int x = 0; x < after.width(); ++x) {
+            const QColor was = before.pixelColor(x, y);
+            const QColor is = after.pixelColor(x, y);
+            tinted += is.hsvSaturationF() > was.hsvSaturationF() + 0.1 && std::abs(is.hsvHue() - 40) < 20 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(tinted, after.width() * after.height() / 20);
 }

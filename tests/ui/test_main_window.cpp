@@ -701,7 +701,7 @@ int coilsOn(const GeometryScene *scene)
 
 TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
 {
-    window->resize(1100, 720);
+    window->resize(1400, 860);
     DocumentWindow *documentWindow = openByDialog(design);
     ASSERT_NE(documentWindow, nullptr);
     GeometryViewer *viewer = documentWindow->viewer(Document::GeometryMotor);

@@ -2,6 +2,7 @@
 
 #include "document/Document.h"
 #include "materials/WindingMaterial.h"
+#include "meshing/Mesh.h"
 #include "ui/Viewer/EndturnPieces.h"
 #include "winding/Winding.h"
 
@@ -39,6 +40,37 @@ void MotorGeometryScene::setFilamentsOnly(bool filamentsOnly)
         return;
     m_filamentsOnly = filamentsOnly;
     setPieces(withEndturns());
+}
+
+void MotorGeometryScene::setShowSectionRadial(bool show)
+{
+    if (m_showSectionRadial == show)
+        return;
+    m_showSectionRadial = show;
+    emit showSectionRadialChanged(show);
+    setPieces(pieces());
+}
+
+void MotorGeometryScene::setShowSectionCylindrical(bool show)
+{
+    if (m_showSectionCylindrical == show)
+        return;
+    m_showSectionCylindrical = show;
+    emit showSectionCylindricalChanged(show);
+    setPieces(pieces());
+}
+
+QVector<Handle(AIS_InteractiveObject)> MotorGeometryScene::guides(const SectionGuides::AxialExtent &extent) const
+{
+    QVector<Handle(AIS_InteractiveObject)> drawn = GeometryScene::guides(extent);
+    const Mesh *mesh = document()->mesh();
+    if (m_showSectionCylindrical) {
+        for (double radius : mesh->sliceRadii())
+            drawn.append(SectionGuides::cylinder(radius, extent, QColor(40, 180, 90)));
+    }
+    if (m_showSectionRadial)
+        drawn.append(SectionGuides::radialPlane(mesh->radialOuterRadius(), extent, QColor(240, 190, 20)));
+    return drawn;
 }
 
 QColor MotorGeometryScene::colorOf(const Piece &piece) const

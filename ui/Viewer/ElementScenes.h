@@ -16,6 +16,11 @@ public:
     void setHighlightPhases(bool highlight);
     // End turns as their centre lines instead of as bundles.
     void setFilamentsOnly(bool filamentsOnly);
+    // The plane of the radial model, and the cylinders on which the slices are cut.
+    bool showSectionRadial() const { return m_showSectionRadial; }
+    void setShowSectionRadial(bool show);
+    bool showSectionCylindrical() const { return m_showSectionCylindrical; }
+    void setShowSectionCylindrical(bool show);
 
 signals:
     void showSectionRadialChanged(bool show);
@@ -25,6 +30,7 @@ protected:
     PieceList buildPieces() override;
     void createScene(const PieceList &pieces) override;
     QColor colorOf(const Piece &piece) const override;
+    QVector<Handle(AIS_InteractiveObject)> guides(const SectionGuides::AxialExtent &extent) const override;
 
 private:
     // The machine's pieces and the end turns, which are made here, on the GUI thread,
@@ -34,6 +40,8 @@ private:
     PieceList m_machinePieces;
     bool m_highlightPhases = false;
     bool m_filamentsOnly = false;
+    bool m_showSectionRadial = false;
+    bool m_showSectionCylindrical = false;
 };
 
 // The bodies of one element alone, out of the same pieces of the document.

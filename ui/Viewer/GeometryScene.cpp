@@ -21,6 +21,7 @@
 #include "geometry/servoce/step.h"
 #include "materials/AbstractMaterial.h"
 #include "materials/MagnetMaterial.h"
+#include "meshing/Mesh.h"
 #include "ui/Viewer/MagnetShape.h"
 
 namespace {
@@ -194,7 +195,34 @@ void GeometryScene::setPieces(const PieceList &pieces, const double &transparenc
         object->SetOwner(new PieceOwner(m_pieces.size() - 1));
         m_objects.append(object);
     }
+    const SectionGuides::AxialExtent extent = SectionGuides::axialExtentOf(m_pieces);
+    if (!extent.isEmpty())
+        m_objects += guides(extent);
     emit redrawScene();
+}
+
+void GeometryScene::setShowSlicePlanes(bool show)
+{
+    if (m_showSlicePlanes == show)
+        return;
+    m_showSlicePlanes = show;
+    emit showSlicePlanesChanged(show);
+    setPieces(m_pieces);
+}
+
+QVector<Handle(AIS_InteractiveObject)> GeometryScene::guides(const SectionGuides::AxialExtent &extent) const
+{
+    QVector<Handle(AIS_InteractiveObject)> drawn;
+    if (!m_showSlicePlanes)
+        return drawn;
+    const QList<double> radii = m_document->mesh()->sliceRadii();
+    const QList<double> widths = m_document->mesh()->sliceWidths();
+    const QColor color(70, 130, 220);
+    for (int i = 0; i < radii.size(); ++i)
+        drawn.append(SectionGuides::cylinder(radii.at(i) - widths.at(i) / 2.0, extent, color));
+    if (!radii.isEmpty())
+        drawn.append(SectionGuides::cylinder(radii.last() + widths.last() / 2.0, extent, color));
+    return drawn;
 }
 
 Handle(AIS_InteractiveObject) GeometryScene::objectOf(const Piece &piece, double transparency) const

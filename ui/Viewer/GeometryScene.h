@@ -9,6 +9,7 @@
 #include <AIS_InteractiveObject.hxx>
 
 #include "geometry/Piece.h"
+#include "ui/Viewer/SectionGuides.h"
 
 class Document;
 
@@ -52,6 +53,9 @@ public:
     void setMaterialVisible(const QString &key, bool visible);
     bool isMaterialVisible(const QString &key) const { return m_visibleMaterials.value(key, true); }
     bool isPieceVisible(const Piece &piece) const;
+    // The borders of the analysis slices, as cylinders over the pieces.
+    bool showSlicePlanes() const { return m_showSlicePlanes; }
+    void setShowSlicePlanes(bool show);
     virtual void loadSettings();
     virtual void saveSettings() const;
 
@@ -78,6 +82,8 @@ protected:
     virtual void createScene(const PieceList &pieces);
     // The colour a piece is drawn in: its material's.
     virtual QColor colorOf(const Piece &piece) const;
+    // What is drawn over the pieces, reaching over their axial extent.
+    virtual QVector<Handle(AIS_InteractiveObject)> guides(const SectionGuides::AxialExtent &extent) const;
     void requestPieces();
 
 private:
@@ -97,6 +103,7 @@ private:
     bool m_applyRightAway = true;
     bool m_drawn = false;
     bool m_outOfDate = false;
+    bool m_showSlicePlanes = false;
     Piece::Scopes m_visibleScopes = Piece::StatorMask | Piece::RotorMask;
     // By setting key ("VisibleStatorIron"); a missing key is shown.
     QHash<QString, bool> m_visibleMaterials;
