@@ -136,7 +136,6 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     EXPECT_GT(torque, 0.0) << "current on the q-axis drives the rotor";
     EXPECT_NEAR(results.field("f1", "Results").number("f1"), 5 * 1000.0 / 60.0, 1e-9);
     EXPECT_EQ(results.field("Error", "Results").text, QStringLiteral("not computed"));
-    EXPECT_EQ(data.field("Torque_vwork", "Timesteppingdata").text, QStringLiteral("not computed"));
     // All current on the q-axis: its inductance follows, the d-axis one can't.
     EXPECT_GT(results.field("Lq", "Results").number("Lq"), 0.0);
     EXPECT_EQ(results.field("Ld", "Results").text, QStringLiteral("not computed"));
@@ -144,6 +143,8 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     EXPECT_GT(self, 0.0);
     EXPECT_LT(std::abs(results.field("Lmutual", "Results").number("Lmutual")), self);
     ASSERT_EQ(data.field("Torque_maxwell", "Timesteppingdata").numbers.size(), 6u);
+    const std::vector<double> &virtualWork = data.field("Torque_vwork", "Timesteppingdata").numbers;
+    ASSERT_EQ(virtualWork.size(), 6u);
     // The torque from flux linkage and current follows the Maxwell torque: this machine
     // cogs, and six points per period all sit at one phase of its cogging.
     const std::vector<double> &byFlux = data.field("Torque_fluxlinkage", "Timesteppingdata").numbers;
@@ -178,6 +179,16 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     for (const double value : byFlux)
         meanTorque += value / 6.0;
     EXPECT_NEAR(number("Pinput") - number("Ps"), meanTorque * 2.0 * M_PI * 1000.0 / 60.0, 0.02 * number("Pinput"));
+    // The co-energy's rise at fixed currents, magnets included, as the rotor moves a
+    // band segment either way: it keeps the energy balance of the positions in line,
+    // and stands 3 to 5 % above the stress in the band's single layer of elements, which
+    // agree to a thousandth where the field is smooth (the slotless slice model).
+    double meanVirtualWork = 0.0;
+    for (const double value : virtualWork)
+        meanVirtualWork += value / 6.0;
+    EXPECT_NEAR(meanVirtualWork, meanTorque, 0.02 * meanTorque);
+    EXPECT_NEAR(meanVirtualWork, torque, 0.05 * torque);
+    EXPECT_GT(meanVirtualWork, torque);
     EXPECT_GT(number("PowerFactor"), 0.0);
     EXPECT_LE(number("PowerFactor"), 1.0);
     // Current on the q-axis, motoring: the EMF stands on the q-axis, the reactance's drop on the d-axis.
