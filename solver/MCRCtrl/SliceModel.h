@@ -104,9 +104,15 @@ struct ExchangeData
     MatValue subdomains;
 };
 
+// How much of the ring a slice model spans: the period of the mesh, or two of them side
+// by side, the second the image of the first across the seam (magnets and currents
+// reversed behind an antiperiodic one), which makes a periodic model of the same field.
+enum class ModelSpan { MeshedPeriod, TwoPeriods };
+
 MachineData readMachine(const ExchangeData &data, bool linear);
 // Throws a StepError that names the slice and region for unfit data: a region without
 // a material, a magnet without remanence, an empty winding, a mesh with a hole.
-std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine);
+std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine,
+                                   ModelSpan span = ModelSpan::MeshedPeriod);
 
 } // namespace mcrctrl
