@@ -229,6 +229,67 @@ Eigen::Vector2d centroidOf(const solver::TriangleMesh &mesh, const solver::Trian
             + mesh.nodes[std::size_t(triangle.nodes[2])]) / 3.0;
 }
 
+// The far end, from the row at y in the direction `away`, of the triangles that pass the
+// test and lie on that side: y itself when there are none.
+template<typename Test>
+double farEnd(const solver::Problem &problem, double y, double away, Test test)
+{
+    double end = y;
+    for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
+        const solver::Triangle &triangle = problem.mesh.triangles[e];
+        if (!test(e, triangle) || (centroidOf(problem.mesh, triangle).y() - y) * away <= 0.0)
+            continue;
+        for (const int node : triangle.nodes)
+            end = away > 0.0 ? std::max(end, problem.mesh.nodes[std::size_t(node)].y()) : std::min(end, problem.mesh.nodes[std::size_t(node)].y());
+    }
+    return end;
+}
+
+// The zones of the iron elements. From each air gap, the stator's iron out to the far
+// end of the coil sides behind the gap is teeth, and the rotor's iron out to the far
+// end of the magnets behind it is no back iron; the rest of each core is back iron.
+void findIronZones(SliceModel &slice)
+{
+    const solver::Problem &problem = slice.base;
+    std::vector<char> coil(problem.regions.size(), 0);
+    for (const PhaseSide &side : slice.sides)
+        coil[std::size_t(side.region)] = 1;
+    const auto isCoil = [&](std::size_t, const solver::Triangle &triangle) { return coil[std::size_t(triangle.region)] != 0; };
+    const auto isMagnet = [&](std::size_t e, const solver::Triangle &) {
+        return !problem.remanence.empty() && problem.remanence[e].squaredNorm() > 0.0;
+    };
+    std::vector<std::pair<double, double>> toothSpans;
+    std::vector<std::pair<double, double>> poleSpans;
+    for (const GapBand &band : slice.bands) {
+        const double stator = problem.mesh.nodes[std::size_t(band.statorRow.front())].y();
+        const double rotor = problem.mesh.nodes[std::size_t(band.rotorRow.front())].y();
+        const double intoStator = band.rotorAbove ? -1.0 : 1.0;
+        toothSpans.push_back(std::minmax(stator, farEnd(problem, stator, intoStator, isCoil)));
+        poleSpans.push_back(std::minmax(rotor, farEnd(problem, rotor, -intoStator, isMagnet)));
+    }
+    const auto within = [](const std::vector<std::pair<double, double>> &spans, double y) {
+        return std::any_of(spans.begin(), spans.end(), [y](const std::pair<double, double> &span) { return y > span.first && y < span.second; });
+    };
+    slice.ironZones.clear();
+    std::vector<int> toothElements;
+    for (const int e : slice.ironElements) {
+        const solver::Triangle &triangle = problem.mesh.triangles[std::size_t(e)];
+        const double y = centroidOf(problem.mesh, triangle).y();
+        if (slice.regionIron[std::size_t(triangle.region)] == IronPart::Stator) {
+            slice.ironZones.push_back(within(toothSpans, y) ? IronZone::Tooth : IronZone::StatorBackIron);
+            if (slice.ironZones.back() == IronZone::Tooth)
+                toothElements.push_back(e);
+        } else {
+            slice.ironZones.push_back(within(poleSpans, y) ? IronZone::Other : IronZone::RotorBackIron);
+        }
+    }
+    const std::vector<int> groups = groupsOf(problem, toothElements);
+    slice.teeth.clear();
+    std::size_t next = 0;
+    for (const IronZone zone : slice.ironZones)
+        slice.teeth.push_back(zone == IronZone::Tooth ? groups[next++] : -1);
+}
+
 // Makes the slice models of an exchange file, one step of a model per method; what all
 // slices share is read once.
 class SliceReader
@@ -485,6 +546,7 @@ private:
             if (slice.regionIron[std::size_t(problem.mesh.triangles[e].region)] != IronPart::None)
                 slice.ironElements.push_back(int(e));
         }
+        findIronZones(slice);
         slice.regionArea.assign(problem.regions.size(), 0.0);
         for (const solver::Triangle &triangle : problem.mesh.triangles)
             slice.regionArea[std::size_t(triangle.region)] += solver::ElementShape(problem.mesh, triangle).area();
@@ -619,6 +681,7 @@ SliceModel twoPeriods(const SliceModel &slice)
             doubled.ironElements.push_back(int(e));
         doubled.regionArea[std::size_t(triangle.region)] += solver::ElementShape(problem.mesh, triangle).area();
     }
+    findIronZones(doubled);
     return doubled;
 }
 

@@ -413,6 +413,57 @@ void TimeStepping::findIronLosses(const Progress &progress)
     progress(QStringLiteral("Iron losses: stator %1 W, rotor %2 W").arg(losses.stator.total(), 0, 'g', 4).arg(losses.rotor.total(), 0, 'g', 4));
 }
 
+IronFluxDensities TimeStepping::ironFluxDensities() const
+{
+    IronFluxDensities peaks;
+    const auto raise = [](std::optional<double> &peak, double value) { peak = std::max(peak.value_or(0.0), value); };
+    // Areas times depth of each slice's iron elements; the rotor's keep their shape as it moves.
+    std::vector<std::vector<double>> volumes;
+    for (const SliceModel &slice : m_slices) {
+        std::vector<double> volume;
+        for (const int e : slice.ironElements)
+            volume.push_back(solver::ElementShape(slice.base.mesh, slice.base.mesh.triangles[std::size_t(e)]).area() * slice.length);
+        volumes.push_back(std::move(volume));
+    }
+    for (const PositionResult &at : m_positions) {
+        // Sums of |B| V and of V over the stator's and the rotor's back iron.
+        std::array<double, 2> backIronField{};
+        std::array<double, 2> backIron{};
+        for (std::size_t s = 0; s < m_slices.size(); ++s) {
+            const SliceModel &slice = m_slices[s];
+            std::vector<double> toothField;
+            std::vector<double> tooth;
+            for (std::size_t i = 0; i < slice.ironElements.size(); ++i) {
+                const IronZone zone = slice.ironZones[i];
+                // The steel of a laminated core carries the flux of the whole section.
+                const double stacking = zone == IronZone::RotorBackIron ? m_machine.rotorIron.stacking : m_machine.statorIron.stacking;
+                const double b = at.ironField[s][i].norm() / stacking;
+                const double volume = volumes[s][i];
+                if (zone == IronZone::Tooth) {
+                    const std::size_t number = std::size_t(slice.teeth[i]);
+                    toothField.resize(std::max(toothField.size(), number + 1), 0.0);
+                    tooth.resize(toothField.size(), 0.0);
+                    toothField[number] += b * volume;
+                    tooth[number] += volume;
+                } else if (zone != IronZone::Other) {
+                    const std::size_t part = zone == IronZone::StatorBackIron ? 0 : 1;
+                    backIronField[part] += b * volume;
+                    backIron[part] += volume;
+                }
+            }
+            for (std::size_t number = 0; number < tooth.size(); ++number) {
+                if (tooth[number] > 0.0)
+                    raise(peaks.tooth, toothField[number] / tooth[number]);
+            }
+        }
+        if (backIron[0] > 0.0)
+            raise(peaks.statorBackIron, backIronField[0] / backIron[0]);
+        if (backIron[1] > 0.0)
+            raise(peaks.rotorBackIron, backIronField[1] / backIron[1]);
+    }
+    return peaks;
+}
+
 std::vector<std::array<double, 3>> TimeStepping::backEmf() const
 {
     const std::size_t count = m_positions.size();
@@ -635,8 +686,15 @@ matvar_t *TimeStepping::results() const
     missing("otherECloss_rotor");
     value("Bav_airgap", mean(band));
     value("Bmax_airgap", bandMax);
-    for (const char *name : {"Bav_max_tooth", "Bav_max_backiron_stator", "Bav_max_backiron_rotor"})
-        missing(name);
+    const IronFluxDensities iron = ironFluxDensities();
+    for (const auto &[name, peak] : {std::pair<const char *, std::optional<double>>{"Bav_max_tooth", iron.tooth},
+                                     {"Bav_max_backiron_stator", iron.statorBackIron},
+                                     {"Bav_max_backiron_rotor", iron.rotorBackIron}}) {
+        if (peak)
+            value(name, *peak);
+        else
+            missing(name);
+    }
     if (backEmf > 0.0) {
         value("Kv_rms", m_settings.speed / backEmf);
         value("Kv_rad", 1.0 / (m_machine.polePairs * m_magnetFlux));

@@ -75,6 +75,16 @@ struct SliceAnswer
     static SliceAnswer blend(const SliceAnswer &a, const SliceAnswer &b, double share);
 };
 
+// The peaks over the positions of the mean |B| in the steel of one tooth in a slice and
+// of the whole back iron of the stator and of the rotor; empty for a part that the
+// machine lacks.
+struct IronFluxDensities
+{
+    std::optional<double> tooth;
+    std::optional<double> statorBackIron;
+    std::optional<double> rotorBackIron;
+};
+
 // The whole machine over the positions of a run: solves every slice at every position
 // and sums the slices. Throws a StepError that names position and slice when the
 // Newton iterations fail.
@@ -97,6 +107,7 @@ public:
     const std::vector<PositionResult> &positions() const { return m_positions; }
     // Empty when the run or the materials do not allow them.
     const std::optional<IronLosses> &ironLosses() const { return m_ironLosses; }
+    IronFluxDensities ironFluxDensities() const;
 
     // The two variables of the answer.
     matvar_t *timesteppingData() const;

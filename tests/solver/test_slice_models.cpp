@@ -139,6 +139,23 @@ TEST(SliceModels, SlotlessModelMatchesTheClosedForms)
     }
 }
 
+// The gap's flux closes through the yokes along the pole: |Bx| in each rises linearly
+// from the pole's middle to Bg w / (2 t) at its edges, a mean of Bg w / (4 t). Without
+// iron among the coils the stator has no teeth.
+TEST(SliceModels, SlotlessYokesCarryThePoleFlux)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    const MachineData machine = readMachine(exchange.data, true);
+    TimeStepping stepping(readSlices(exchange.data, machine), machine, settings(true));
+    stepping.run([](const QString &) {});
+    const IronFluxDensities iron = stepping.ironFluxDensities();
+    const double yoke = SlotlessExchange::gapFluxDensity() * SlotlessExchange::width() / (4.0 * SlotlessExchange::rotorIron);
+    EXPECT_FALSE(iron.tooth);
+    ASSERT_TRUE(iron.statorBackIron && iron.rotorBackIron);
+    EXPECT_NEAR(*iron.statorBackIron, yoke, 0.01 * yoke);
+    EXPECT_NEAR(*iron.rotorBackIron, yoke, 0.01 * yoke);
+}
+
 // Mutual inductances from the flux linkage of one coil when the other carries the
 // current: equal both ways, as the energy of a linear field demands.
 TEST(SliceModels, MutualInductancesAreSymmetric)

@@ -203,6 +203,13 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     EXPECT_NEAR(vs[1], std::hypot(number("Vd"), number("Vq")) / std::sqrt(2.0), 0.1 * vs[1]);
     EXPECT_NEAR(vs[0], std::sqrt(3.0) * vs[1], 1e-9 * vs[0]);
     EXPECT_EQ(results.field("Is", "Results").numbers, std::vector<double>({10.0, 10.0}));
+    // The teeth carry the gap's flux through a narrower section than the gap's; the
+    // back irons lie between the gap's mean and the steel's saturation.
+    EXPECT_GT(number("Bav_max_tooth"), number("Bav_airgap"));
+    for (const char *name : {"Bav_max_tooth", "Bav_max_backiron_stator", "Bav_max_backiron_rotor"}) {
+        EXPECT_GT(number(name), 0.3) << name;
+        EXPECT_LT(number(name), 2.1) << name;
+    }
     EXPECT_EQ(number("nWindingsInSeries"), 1.0);
 }
 
@@ -425,6 +432,25 @@ TEST_F(ExampleSteps, TwoPeriodsGiveWhatOneAntiperiodicPeriodGives)
         }
     }
     EXPECT_TRUE(evenBand) << "a slice with an even band compares the Maxwell torques";
+}
+
+// The example's period holds six slots: six teeth in each slice, a tooth cut by a seam
+// joined across it, and twelve in two periods; the rest of the stator's iron is its
+// back iron.
+TEST_F(ExampleSteps, IronZonesFindTheTeethOfThePeriod)
+{
+    ASSERT_TRUE(assembledOk);
+    const ExchangeData data = exchange();
+    const MachineData machine = readMachine(data, true);
+    for (const auto &[span, teeth] : {std::pair{ModelSpan::MeshedPeriod, 6}, std::pair{ModelSpan::TwoPeriods, 12}}) {
+        for (const SliceModel &slice : readSlices(data, machine, span)) {
+            ASSERT_EQ(slice.ironZones.size(), slice.ironElements.size());
+            ASSERT_EQ(slice.teeth.size(), slice.ironElements.size());
+            EXPECT_EQ(*std::max_element(slice.teeth.begin(), slice.teeth.end()) + 1, teeth) << "slice " << slice.index;
+            for (const IronZone zone : {IronZone::StatorBackIron, IronZone::RotorBackIron})
+                EXPECT_NE(std::find(slice.ironZones.begin(), slice.ironZones.end(), zone), slice.ironZones.end());
+        }
+    }
 }
 
 // The iron losses follow each element through the positions by its number.
