@@ -239,8 +239,10 @@ double farEnd(const solver::Problem &problem, double y, double away, Test test)
         const solver::Triangle &triangle = problem.mesh.triangles[e];
         if (!test(e, triangle) || (centroidOf(problem.mesh, triangle).y() - y) * away <= 0.0)
             continue;
-        for (const int node : triangle.nodes)
-            end = away > 0.0 ? std::max(end, problem.mesh.nodes[std::size_t(node)].y()) : std::min(end, problem.mesh.nodes[std::size_t(node)].y());
+        for (const int node : triangle.nodes) {
+            const double reach = problem.mesh.nodes[std::size_t(node)].y();
+            end = away > 0.0 ? std::max(end, reach) : std::min(end, reach);
+        }
     }
     return end;
 }
@@ -268,7 +270,8 @@ void findIronZones(SliceModel &slice)
         poleSpans.push_back(std::minmax(rotor, farEnd(problem, rotor, -intoStator, isMagnet)));
     }
     const auto within = [](const std::vector<std::pair<double, double>> &spans, double y) {
-        return std::any_of(spans.begin(), spans.end(), [y](const std::pair<double, double> &span) { return y > span.first && y < span.second; });
+        return std::any_of(spans.begin(), spans.end(),
+                           [y](const std::pair<double, double> &span) { return y > span.first && y < span.second; });
     };
     slice.ironZones.clear();
     std::vector<int> toothElements;
