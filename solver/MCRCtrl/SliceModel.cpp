@@ -7,6 +7,7 @@
 #include <QtMath>
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <optional>
 
 namespace mcrctrl {
@@ -226,6 +227,70 @@ Eigen::Vector2d centroidOf(const solver::TriangleMesh &mesh, const solver::Trian
 {
     return (mesh.nodes[std::size_t(triangle.nodes[0])] + mesh.nodes[std::size_t(triangle.nodes[1])]
             + mesh.nodes[std::size_t(triangle.nodes[2])]) / 3.0;
+}
+
+// The far end, from the row at y in the direction `away`, of the triangles that pass the
+// test and lie on that side: y itself when there are none.
+template<typename Test>
+double farEnd(const solver::Problem &problem, double y, double away, Test test)
+{
+    double end = y;
+    for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
+        const solver::Triangle &triangle = problem.mesh.triangles[e];
+        if (!test(e, triangle) || (centroidOf(problem.mesh, triangle).y() - y) * away <= 0.0)
+            continue;
+        for (const int node : triangle.nodes) {
+            const double reach = problem.mesh.nodes[std::size_t(node)].y();
+            end = away > 0.0 ? std::max(end, reach) : std::min(end, reach);
+        }
+    }
+    return end;
+}
+
+// The zones of the iron elements. From each air gap, the stator's iron out to the far
+// end of the coil sides behind the gap is teeth, and the rotor's iron out to the far
+// end of the magnets behind it is no back iron; the rest of each core is back iron.
+void findIronZones(SliceModel &slice)
+{
+    const solver::Problem &problem = slice.base;
+    std::vector<char> coil(problem.regions.size(), 0);
+    for (const PhaseSide &side : slice.sides)
+        coil[std::size_t(side.region)] = 1;
+    const auto isCoil = [&](std::size_t, const solver::Triangle &triangle) { return coil[std::size_t(triangle.region)] != 0; };
+    const auto isMagnet = [&](std::size_t e, const solver::Triangle &) {
+        return !problem.remanence.empty() && problem.remanence[e].squaredNorm() > 0.0;
+    };
+    std::vector<std::pair<double, double>> toothSpans;
+    std::vector<std::pair<double, double>> poleSpans;
+    for (const GapBand &band : slice.bands) {
+        const double stator = problem.mesh.nodes[std::size_t(band.statorRow.front())].y();
+        const double rotor = problem.mesh.nodes[std::size_t(band.rotorRow.front())].y();
+        const double intoStator = band.rotorAbove ? -1.0 : 1.0;
+        toothSpans.push_back(std::minmax(stator, farEnd(problem, stator, intoStator, isCoil)));
+        poleSpans.push_back(std::minmax(rotor, farEnd(problem, rotor, -intoStator, isMagnet)));
+    }
+    const auto within = [](const std::vector<std::pair<double, double>> &spans, double y) {
+        return std::any_of(spans.begin(), spans.end(),
+                           [y](const std::pair<double, double> &span) { return y > span.first && y < span.second; });
+    };
+    slice.ironZones.clear();
+    std::vector<int> toothElements;
+    for (const int e : slice.ironElements) {
+        const solver::Triangle &triangle = problem.mesh.triangles[std::size_t(e)];
+        const double y = centroidOf(problem.mesh, triangle).y();
+        if (slice.regionIron[std::size_t(triangle.region)] == IronPart::Stator) {
+            slice.ironZones.push_back(within(toothSpans, y) ? IronZone::Tooth : IronZone::StatorBackIron);
+            if (slice.ironZones.back() == IronZone::Tooth)
+                toothElements.push_back(e);
+        } else {
+            slice.ironZones.push_back(within(poleSpans, y) ? IronZone::Other : IronZone::RotorBackIron);
+        }
+    }
+    const std::vector<int> groups = groupsOf(problem, toothElements);
+    slice.teeth.clear();
+    std::size_t next = 0;
+    for (const IronZone zone : slice.ironZones)
+        slice.teeth.push_back(zone == IronZone::Tooth ? groups[next++] : -1);
 }
 
 // Makes the slice models of an exchange file, one step of a model per method; what all
@@ -484,6 +549,7 @@ private:
             if (slice.regionIron[std::size_t(problem.mesh.triangles[e].region)] != IronPart::None)
                 slice.ironElements.push_back(int(e));
         }
+        findIronZones(slice);
         slice.regionArea.assign(problem.regions.size(), 0.0);
         for (const solver::Triangle &triangle : problem.mesh.triangles)
             slice.regionArea[std::size_t(triangle.region)] += solver::ElementShape(problem.mesh, triangle).area();
@@ -518,13 +584,119 @@ private:
 
 } // namespace
 
-std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine)
+namespace {
+
+// For each node, the node one period on along x, or -1: only nodes on the seams and
+// on the flux faces can have one.
+std::vector<int> nodesOnePeriodOn(const SliceModel &slice)
+{
+    const std::vector<Eigen::Vector2d> &nodes = slice.base.mesh.nodes;
+    std::vector<int> edge;
+    for (const solver::NodePair &pair : slice.base.pairs)
+        edge.insert(edge.end(), {pair.slave, pair.master});
+    for (const solver::FixedPotential &fixed : slice.base.fixed)
+        edge.push_back(fixed.node);
+    std::sort(edge.begin(), edge.end());
+    edge.erase(std::unique(edge.begin(), edge.end()), edge.end());
+    std::sort(edge.begin(), edge.end(), [&](int a, int b) { return nodes[std::size_t(a)].y() < nodes[std::size_t(b)].y(); });
+    std::vector<int> next(nodes.size(), -1);
+    for (auto node = edge.begin(); node != edge.end(); ++node) {
+        const Eigen::Vector2d &p = nodes[std::size_t(*node)];
+        for (auto other = node + 1; other != edge.end() && nodes[std::size_t(*other)].y() <= p.y() + tolerance; ++other) {
+            const Eigen::Vector2d &q = nodes[std::size_t(*other)];
+            if (std::abs(q.x() - p.x() - slice.width) <= tolerance)
+                next[std::size_t(*node)] = *other;
+            else if (std::abs(p.x() - q.x() - slice.width) <= tolerance)
+                next[std::size_t(*other)] = *node;
+        }
+    }
+    return next;
+}
+
+// The slice and its image one period on as one model: nodes on the seam between them
+// are shared, the old seam pairs tie the image's far side to the near side with the
+// square of the seam sign, and the coil sides of the image get regions of their own so
+// that their current and flux linkage keep their sign.
+SliceModel twoPeriods(const SliceModel &slice)
+{
+    SliceModel doubled = slice;
+    solver::Problem &problem = doubled.base;
+    const double sign = slice.seamSign;
+    const std::size_t nodeCount = slice.base.mesh.nodes.size();
+    std::vector<int> image = nodesOnePeriodOn(slice);
+    for (std::size_t node = 0; node < nodeCount; ++node) {
+        if (image[node] >= 0)
+            continue;
+        image[node] = int(problem.mesh.nodes.size());
+        problem.mesh.nodes.push_back(slice.base.mesh.nodes[node] + Eigen::Vector2d(slice.width, 0.0));
+    }
+
+    std::vector<int> regionImage(slice.base.regions.size());
+    std::iota(regionImage.begin(), regionImage.end(), 0);
+    for (const PhaseSide &side : slice.sides) {
+        if (regionImage[std::size_t(side.region)] == side.region) {
+            regionImage[std::size_t(side.region)] = int(problem.regions.size());
+            problem.regions.push_back(slice.base.regions[std::size_t(side.region)]);
+            doubled.regionIron.push_back(IronPart::None);
+        }
+        doubled.sides.push_back({side.phase, regionImage[std::size_t(side.region)], sign * side.sign});
+    }
+    for (std::size_t e = 0; e < slice.base.mesh.triangles.size(); ++e) {
+        solver::Triangle triangle = slice.base.mesh.triangles[e];
+        for (int &node : triangle.nodes)
+            node = image[std::size_t(node)];
+        triangle.region = regionImage[std::size_t(triangle.region)];
+        problem.mesh.triangles.push_back(triangle);
+        if (!slice.base.remanence.empty())
+            problem.remanence.push_back(sign * slice.base.remanence[e]);
+    }
+
+    problem.pairs.clear();
+    for (const solver::NodePair &pair : slice.base.pairs)
+        problem.pairs.push_back({image[std::size_t(pair.slave)], pair.master, pair.sign * sign});
+    std::vector<char> fixed(problem.mesh.nodes.size(), 0);
+    for (const solver::FixedPotential &potential : slice.base.fixed)
+        fixed[std::size_t(potential.node)] = 1;
+    for (const solver::FixedPotential &potential : slice.base.fixed) {
+        const int node = image[std::size_t(potential.node)];
+        if (!fixed[std::size_t(node)])
+            problem.fixed.push_back({node, sign * potential.value});
+        fixed[std::size_t(node)] = 1;
+    }
+
+    std::vector<int> rotorSeeds;
+    for (GapBand &band : doubled.bands) {
+        for (std::vector<int> *row : {&band.statorRow, &band.rotorRow}) {
+            const std::size_t count = row->size();
+            for (std::size_t i = 1; i < count; ++i)
+                row->push_back(image[std::size_t((*row)[i])]);
+        }
+        rotorSeeds.insert(rotorSeeds.end(), band.rotorRow.begin(), band.rotorRow.end());
+    }
+    doubled.moving = partsHolding(problem.mesh, rotorSeeds);
+    doubled.width = 2.0 * slice.width;
+    doubled.seamSign = sign * sign;
+    doubled.ironElements.clear();
+    doubled.regionArea.assign(problem.regions.size(), 0.0);
+    for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
+        const solver::Triangle &triangle = problem.mesh.triangles[e];
+        if (doubled.regionIron[std::size_t(triangle.region)] != IronPart::None)
+            doubled.ironElements.push_back(int(e));
+        doubled.regionArea[std::size_t(triangle.region)] += solver::ElementShape(problem.mesh, triangle).area();
+    }
+    findIronZones(doubled);
+    return doubled;
+}
+
+} // namespace
+
+std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine, ModelSpan span)
 {
     const SliceReader reader(data, machine);
     std::vector<SliceModel> slices;
     bool anySide = false;
     for (int s = 0; s < reader.count(); ++s) {
-        slices.push_back(reader.read(s));
+        slices.push_back(span == ModelSpan::TwoPeriods ? twoPeriods(reader.read(s)) : reader.read(s));
         anySide = anySide || !slices.back().sides.empty();
     }
     if (!anySide)

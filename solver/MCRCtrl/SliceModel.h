@@ -32,6 +32,10 @@ struct PhaseSide
 
 enum class IronPart { None, Stator, Rotor };
 
+// Which part of a core an iron element is, for the flux densities of the teeth and the
+// back irons. Rotor iron between the magnets is neither.
+enum class IronZone { Tooth, StatorBackIron, RotorBackIron, Other };
+
 // What the iron losses need of the iron of the stator or of the rotor.
 struct IronLossSide
 {
@@ -81,6 +85,10 @@ public:
     // their numbers at any shift.
     std::vector<IronPart> regionIron;
     std::vector<int> ironElements;
+    // Of each iron element, in the order of ironElements: its zone and, in a tooth, the
+    // tooth's number from 0 in the slice, else -1.
+    std::vector<IronZone> ironZones;
+    std::vector<int> teeth;
     double turnsPerCoil = 1.0;
 
     // The length of the segments of the band's rows where both rows have equal ones,
@@ -104,9 +112,15 @@ struct ExchangeData
     MatValue subdomains;
 };
 
+// How much of the ring a slice model spans: the period of the mesh, or two of them side
+// by side, the second the image of the first across the seam (magnets and currents
+// reversed behind an antiperiodic one), which makes a periodic model of the same field.
+enum class ModelSpan { MeshedPeriod, TwoPeriods };
+
 MachineData readMachine(const ExchangeData &data, bool linear);
 // Throws a StepError that names the slice and region for unfit data: a region without
 // a material, a magnet without remanence, an empty winding, a mesh with a hole.
-std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine);
+std::vector<SliceModel> readSlices(const ExchangeData &data, const MachineData &machine,
+                                   ModelSpan span = ModelSpan::MeshedPeriod);
 
 } // namespace mcrctrl

@@ -137,6 +137,27 @@ std::vector<char> partsHolding(const TriangleMesh &mesh, const std::vector<int> 
     return held;
 }
 
+std::vector<int> groupsOf(const solver::Problem &problem, const std::vector<int> &triangles)
+{
+    std::vector<int> parent(problem.mesh.nodes.size());
+    std::iota(parent.begin(), parent.end(), 0);
+    const auto join = [&](int a, int b) { parent[std::size_t(findRoot(parent, a))] = findRoot(parent, b); };
+    for (const int t : triangles) {
+        const auto &nodes = problem.mesh.triangles[std::size_t(t)].nodes;
+        join(nodes[1], nodes[0]);
+        join(nodes[2], nodes[0]);
+    }
+    for (const solver::NodePair &pair : problem.pairs)
+        join(pair.slave, pair.master);
+    std::map<int, int> numbers;
+    std::vector<int> groups;
+    for (const int t : triangles) {
+        const int root = findRoot(parent, problem.mesh.triangles[std::size_t(t)].nodes[0]);
+        groups.push_back(numbers.emplace(root, int(numbers.size())).first->second);
+    }
+    return groups;
+}
+
 void closeBand(solver::Problem &problem, const std::vector<int> &stayingRow, const std::vector<int> &movingRow,
                double width, double sign, int region)
 {

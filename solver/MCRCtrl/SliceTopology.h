@@ -26,6 +26,10 @@ Seams findSeams(const solver::TriangleMesh &mesh, double width, double sign, con
 // the edges of the triangles.
 std::vector<char> partsHolding(const solver::TriangleMesh &mesh, const std::vector<int> &seeds);
 
+// The connected groups of some triangles of a problem, joined through their nodes and
+// the seam pairs: a group number from 0 per listed triangle.
+std::vector<int> groupsOf(const solver::Problem &problem, const std::vector<int> &triangles);
+
 // Closes the band between a row that stays and a row that moves, both numbered by
 // rising x over one period and each ending on the image of its first node one period
 // further. The moving row's nodes are where they are now; those that lie outside the

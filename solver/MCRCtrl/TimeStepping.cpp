@@ -163,6 +163,7 @@ SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, doubl
         result.torque[g] = mix(a.torque[g], b.torque[g]);
         result.normal[g] = mix(a.normal[g], b.normal[g]);
     }
+    result.coenergy = mix(a.coenergy, b.coenergy);
     result.bandArea = mix(a.bandArea, b.bandArea);
     result.bandIntegral = mix(a.bandIntegral, b.bandIntegral);
     result.bandMax = std::max(a.bandMax, b.bandMax);
@@ -183,6 +184,7 @@ SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, cons
         return answer;
     const solver::FieldSolution field(problem, solution.potential, m_machine.linear);
     const double depth = slice.length * slice.copies();
+    answer.coenergy = field.coenergy() * depth;
     for (const GapBand &band : slice.bands) {
         const Eigen::Vector2d force = solver::airGapForce(field, {band.region}, band.height);
         const double sense = band.rotorAbove ? 1.0 : -1.0;
@@ -212,7 +214,46 @@ SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, cons
     return answer;
 }
 
-PositionResult TimeStepping::solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const
+SliceAnswer TimeStepping::answerAt(const SliceModel &slice, double angle, const std::array<double, 3> &currents,
+                                   bool virtualWork) const
+{
+    // The band is cut well only where the rows stand in line: between two such shifts
+    // the answers are interpolated. Rows out of line are solved where they stand, and
+    // moved by their mean spacing for the virtual work.
+    const double shift = angle * slice.radius;
+    const double segment = slice.bandSegment();
+    const double step = segment > 0.0 ? segment : slice.width / double(slice.bands.front().statorRow.size() - 1);
+    const double origin = segment > 0.0 ? -slice.bandOffset() : shift;
+    const double steps = segment > 0.0 ? (shift - origin) / step : 0.0;
+    const double lower = std::floor(steps + 1e-9);
+    const double share = steps - lower;
+    const bool between = share >= 1e-9;
+
+    // At fixed currents the co-energy rises by the work that the field does on the
+    // rotor: T = r dW'/dx, by central differences over the neighbouring in-line shifts,
+    // and between two of them interpolated as the other answers are. The magnets'
+    // co-energy, the integral of B dH from H = 0, moves with them.
+    const double first = virtualWork ? lower - 1.0 : lower;
+    const double last = lower + (between ? 1.0 : 0.0) + (virtualWork ? 1.0 : 0.0);
+    std::vector<SliceAnswer> solved;
+    for (double k = first; k < last + 0.5; k += 1.0) {
+        solved.push_back(solveSlice(slice, origin + k * step, currents));
+        if (!solved.back().converged)
+            return solved.back();
+    }
+    const std::size_t at = virtualWork ? 1 : 0;
+    SliceAnswer answer = between ? SliceAnswer::blend(solved[at], solved[at + 1], share) : solved[at];
+    if (virtualWork) {
+        const auto torqueAt = [&](std::size_t k) {
+            return slice.radius * (solved[k + 1].coenergy - solved[k - 1].coenergy) / (2.0 * step);
+        };
+        answer.virtualWorkTorque = between ? (1.0 - share) * torqueAt(1) + share * torqueAt(2) : torqueAt(1);
+    }
+    return answer;
+}
+
+PositionResult TimeStepping::solveAt(double time, double angle, const std::array<double, 3> &currents, int position,
+                                     bool virtualWork) const
 {
     PositionResult result;
     result.time = time;
@@ -222,24 +263,8 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
     result.gapNormalForce.assign(gaps, 0.0);
 
     std::vector<SliceAnswer> answers(m_slices.size());
-    tbb::parallel_for(std::size_t(0), m_slices.size(), [&](std::size_t s) {
-        const SliceModel &slice = m_slices[s];
-        // The band is cut well only where the rows stand in line: between two such
-        // shifts the answers are interpolated.
-        const double shift = angle * slice.radius;
-        const double segment = slice.bandSegment();
-        const double offset = slice.bandOffset();
-        const double steps = segment > 0.0 ? (shift + offset) / segment : 0.0;
-        const double lower = std::floor(steps + 1e-9);
-        const double share = steps - lower;
-        if (segment <= 0.0 || share < 1e-9) {
-            answers[s] = solveSlice(slice, segment > 0.0 ? lower * segment - offset : shift, currents);
-            return;
-        }
-        const SliceAnswer before = solveSlice(slice, lower * segment - offset, currents);
-        const SliceAnswer after = solveSlice(slice, (lower + 1.0) * segment - offset, currents);
-        answers[s] = SliceAnswer::blend(before, after, share);
-    });
+    tbb::parallel_for(std::size_t(0), m_slices.size(),
+                      [&](std::size_t s) { answers[s] = answerAt(m_slices[s], angle, currents, virtualWork); });
 
     double bandArea = 0.0;
     double bandIntegral = 0.0;
@@ -259,6 +284,8 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
         }
         for (std::size_t phase = 0; phase < 3; ++phase)
             result.fluxLinkage[phase] += answer.flux[phase];
+        if (virtualWork)
+            result.virtualWorkTorque = result.virtualWorkTorque.value_or(0.0) + answer.virtualWorkTorque;
         bandArea += answer.bandArea;
         bandIntegral += answer.bandIntegral;
         result.bandFluxDensityMax = std::max(result.bandFluxDensityMax, answer.bandMax);
@@ -319,7 +346,7 @@ void TimeStepping::run(const Progress &progress)
                                 : k * period / count;
         const double angle = mechanicalSpeed() * time;
         const double electrical = m_dAxis + m_rotation * m_machine.polePairs * angle;
-        m_positions.push_back(solveAt(time, angle, currentsAt(electrical), k));
+        m_positions.push_back(solveAt(time, angle, currentsAt(electrical), k, true));
         progress(QStringLiteral("Position %1 of %2: torque %3 N m").arg(k + 1).arg(count).arg(m_positions.back().torque, 0, 'g', 6));
     }
     findIronLosses(progress);
@@ -384,6 +411,57 @@ void TimeStepping::findIronLosses(const Progress &progress)
     m_ironLossNote = QStringLiteral("From the flux density of every iron element over one electrical period, harmonic by "
                                     "harmonic, with each iron's loss equation kh f^a B^b + ke (f B)^2");
     progress(QStringLiteral("Iron losses: stator %1 W, rotor %2 W").arg(losses.stator.total(), 0, 'g', 4).arg(losses.rotor.total(), 0, 'g', 4));
+}
+
+IronFluxDensities TimeStepping::ironFluxDensities() const
+{
+    IronFluxDensities peaks;
+    const auto raise = [](std::optional<double> &peak, double value) { peak = std::max(peak.value_or(0.0), value); };
+    // Areas times depth of each slice's iron elements; the rotor's keep their shape as it moves.
+    std::vector<std::vector<double>> volumes;
+    for (const SliceModel &slice : m_slices) {
+        std::vector<double> volume;
+        for (const int e : slice.ironElements)
+            volume.push_back(solver::ElementShape(slice.base.mesh, slice.base.mesh.triangles[std::size_t(e)]).area() * slice.length);
+        volumes.push_back(std::move(volume));
+    }
+    for (const PositionResult &at : m_positions) {
+        // Sums of |B| V and of V over the stator's and the rotor's back iron.
+        std::array<double, 2> backIronField{};
+        std::array<double, 2> backIron{};
+        for (std::size_t s = 0; s < m_slices.size(); ++s) {
+            const SliceModel &slice = m_slices[s];
+            std::vector<double> toothField;
+            std::vector<double> tooth;
+            for (std::size_t i = 0; i < slice.ironElements.size(); ++i) {
+                const IronZone zone = slice.ironZones[i];
+                // The steel of a laminated core carries the flux of the whole section.
+                const double stacking = zone == IronZone::RotorBackIron ? m_machine.rotorIron.stacking : m_machine.statorIron.stacking;
+                const double b = at.ironField[s][i].norm() / stacking;
+                const double volume = volumes[s][i];
+                if (zone == IronZone::Tooth) {
+                    const std::size_t number = std::size_t(slice.teeth[i]);
+                    toothField.resize(std::max(toothField.size(), number + 1), 0.0);
+                    tooth.resize(toothField.size(), 0.0);
+                    toothField[number] += b * volume;
+                    tooth[number] += volume;
+                } else if (zone != IronZone::Other) {
+                    const std::size_t part = zone == IronZone::StatorBackIron ? 0 : 1;
+                    backIronField[part] += b * volume;
+                    backIron[part] += volume;
+                }
+            }
+            for (std::size_t number = 0; number < tooth.size(); ++number) {
+                if (tooth[number] > 0.0)
+                    raise(peaks.tooth, toothField[number] / tooth[number]);
+            }
+        }
+        if (backIron[0] > 0.0)
+            raise(peaks.statorBackIron, backIronField[0] / backIron[0]);
+        if (backIron[1] > 0.0)
+            raise(peaks.rotorBackIron, backIronField[1] / backIron[1]);
+    }
+    return peaks;
 }
 
 std::vector<std::array<double, 3>> TimeStepping::backEmf() const
@@ -510,7 +588,10 @@ matvar_t *TimeStepping::timesteppingData() const
     });
     missing(QStringLiteral("MagnetLoss"));
     series(QStringLiteral("Torque_maxwell"), [](const PositionResult &at, std::size_t) { return at.torque; });
-    missing(QStringLiteral("Torque_vwork"));
+    if (!m_positions.empty() && m_positions.front().virtualWorkTorque)
+        series(QStringLiteral("Torque_vwork"), [](const PositionResult &at, std::size_t) { return *at.virtualWorkTorque; });
+    else
+        missing(QStringLiteral("Torque_vwork"));
     series(QStringLiteral("Torque_fluxlinkage"), [&](const PositionResult &at, std::size_t) {
         return 1.5 * m_machine.polePairs * (dq(at.fluxLinkage, at, false) * dq(at.currents, at, true) - dq(at.fluxLinkage, at, true) * dq(at.currents, at, false));
     });
@@ -605,8 +686,15 @@ matvar_t *TimeStepping::results() const
     missing("otherECloss_rotor");
     value("Bav_airgap", mean(band));
     value("Bmax_airgap", bandMax);
-    for (const char *name : {"Bav_max_tooth", "Bav_max_backiron_stator", "Bav_max_backiron_rotor"})
-        missing(name);
+    const IronFluxDensities iron = ironFluxDensities();
+    for (const auto &[name, peak] : {std::pair<const char *, std::optional<double>>{"Bav_max_tooth", iron.tooth},
+                                     {"Bav_max_backiron_stator", iron.statorBackIron},
+                                     {"Bav_max_backiron_rotor", iron.rotorBackIron}}) {
+        if (peak)
+            value(name, *peak);
+        else
+            missing(name);
+    }
     if (backEmf > 0.0) {
         value("Kv_rms", m_settings.speed / backEmf);
         value("Kv_rad", 1.0 / (m_machine.polePairs * m_magnetFlux));

@@ -45,6 +45,8 @@ struct PositionResult
     std::vector<double> gapTorque;
     std::vector<double> gapNormalForce;
     double torque = 0.0;
+    // By the rise of the co-energy at fixed currents, N m, when asked for.
+    std::optional<double> virtualWorkTorque;
     // Mean |B| across the bands and the largest |B| in them.
     double bandFluxDensity = 0.0;
     double bandFluxDensityMax = 0.0;
@@ -60,6 +62,10 @@ struct SliceAnswer
     std::array<double, 3> flux{};
     std::vector<double> torque;
     std::vector<double> normal;
+    // Of the whole machine's share of the slice, J.
+    double coenergy = 0.0;
+    // N m; set where the neighbouring shifts are solved.
+    double virtualWorkTorque = 0.0;
     double bandArea = 0.0;
     double bandIntegral = 0.0;
     double bandMax = 0.0;
@@ -67,6 +73,16 @@ struct SliceAnswer
 
     // Linear between two answers; a failed one stands for both.
     static SliceAnswer blend(const SliceAnswer &a, const SliceAnswer &b, double share);
+};
+
+// The peaks over the positions of the mean |B| in the steel of one tooth in a slice and
+// of the whole back iron of the stator and of the rotor; empty for a part that the
+// machine lacks.
+struct IronFluxDensities
+{
+    std::optional<double> tooth;
+    std::optional<double> statorBackIron;
+    std::optional<double> rotorBackIron;
 };
 
 // The whole machine over the positions of a run: solves every slice at every position
@@ -82,13 +98,16 @@ public:
     // The RMS phase current, from the current input method and the connection.
     double phaseCurrent() const;
     // The whole machine at a mechanical angle with phase currents: torque and forces,
-    // and the flux linkages of one parallel path of each phase.
-    PositionResult solveAt(double time, double angle, const std::array<double, 3> &currents, int position) const;
+    // and the flux linkages of one parallel path of each phase. The torque by virtual
+    // work costs two more solves per slice where the band is in line.
+    PositionResult solveAt(double time, double angle, const std::array<double, 3> &currents, int position,
+                           bool virtualWork = false) const;
 
     void run(const Progress &progress);
     const std::vector<PositionResult> &positions() const { return m_positions; }
     // Empty when the run or the materials do not allow them.
     const std::optional<IronLosses> &ironLosses() const { return m_ironLosses; }
+    IronFluxDensities ironFluxDensities() const;
 
     // The two variables of the answer.
     matvar_t *timesteppingData() const;
@@ -96,6 +115,8 @@ public:
 
 private:
     SliceAnswer solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const;
+    // The slice at a rotor angle, its band cut where it is in line.
+    SliceAnswer answerAt(const SliceModel &slice, double angle, const std::array<double, 3> &currents, bool virtualWork) const;
     double electricalFrequency() const;
     double mechanicalSpeed() const;
     std::array<double, 3> currentsAt(double electricalAngle) const;

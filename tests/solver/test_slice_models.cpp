@@ -114,6 +114,14 @@ TEST(SliceModels, SlotlessModelMatchesTheClosedForms)
     const PositionResult loaded = stepping.solveAt(0.0, 0.0, {100.0, 0.0, 0.0}, 0);
     const double rated = SlotlessExchange::lorentzTorque(100.0);
     EXPECT_NEAR(loaded.torque, rated, 0.03 * rated);
+    // The co-energy's rise as the rotor moves a band segment either way, at the same
+    // currents and magnets, gives the same torque, in line or between two such shifts.
+    for (const double angle : {0.0, 0.003, 0.0105}) {
+        const PositionResult at = stepping.solveAt(0.0, angle, {100.0, 0.0, 0.0}, 0, true);
+        ASSERT_TRUE(at.virtualWorkTorque);
+        EXPECT_NEAR(*at.virtualWorkTorque, at.torque, 0.002 * rated) << "angle " << angle;
+    }
+    EXPECT_FALSE(loaded.virtualWorkTorque) << "not asked for";
     // Where the mesh is its own mirror image about the pole's middle, nothing pulls the
     // rotor along at no load.
     EXPECT_NEAR(stepping.solveAt(0.0, 0.0, {0.0, 0.0, 0.0}, 0).torque, 0.0, 1e-6 * rated);
@@ -129,6 +137,23 @@ TEST(SliceModels, SlotlessModelMatchesTheClosedForms)
         // The flux of the magnet links the coil, which spans the pole, whatever the shift.
         EXPECT_GT(std::abs(result.fluxLinkage[0]), 0.0);
     }
+}
+
+// The gap's flux closes through the yokes along the pole: |Bx| in each rises linearly
+// from the pole's middle to Bg w / (2 t) at its edges, a mean of Bg w / (4 t). Without
+// iron among the coils the stator has no teeth.
+TEST(SliceModels, SlotlessYokesCarryThePoleFlux)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    const MachineData machine = readMachine(exchange.data, true);
+    TimeStepping stepping(readSlices(exchange.data, machine), machine, settings(true));
+    stepping.run([](const QString &) {});
+    const IronFluxDensities iron = stepping.ironFluxDensities();
+    const double yoke = SlotlessExchange::gapFluxDensity() * SlotlessExchange::width() / (4.0 * SlotlessExchange::rotorIron);
+    EXPECT_FALSE(iron.tooth);
+    ASSERT_TRUE(iron.statorBackIron && iron.rotorBackIron);
+    EXPECT_NEAR(*iron.statorBackIron, yoke, 0.01 * yoke);
+    EXPECT_NEAR(*iron.rotorBackIron, yoke, 0.01 * yoke);
 }
 
 // Mutual inductances from the flux linkage of one coil when the other carries the
