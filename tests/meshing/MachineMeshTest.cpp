@@ -17,6 +17,7 @@
 #include "meshing/CdtOperations.h"
 #include "meshing/GeometryGenerator.h"
 #include "meshing/Mesh.h"
+#include "QmlScripting/ScriptObject.h"
 #include "winding/WindingObject.h"
 #include "MeshFacts.h"
 #include "ShippedMachine.h"
@@ -37,12 +38,14 @@ struct MachineCase
     double airgapQuality = 1.5;
     // 0 for the automatic one.
     double sizeBound = 6.0;
+    // Narrower for many slots, whose teeth would otherwise vanish at the inner radius.
+    double slotWidth = shipped::slotWidth;
 };
 
 std::string caseText(const MachineCase &machine)
 {
     return QStringLiteral("machine type %1, %2 slots, %3 poles, %4 slice(s), %5 layers, %6 coil(s) a slot, "
-                          "quality %7, size bound %8")
+                          "quality %7, size bound %8, slot width %9")
         .arg(machine.type)
         .arg(machine.numberSlots)
         .arg(2 * machine.polePairs)
@@ -51,6 +54,7 @@ std::string caseText(const MachineCase &machine)
         .arg(machine.windingLayers)
         .arg(machine.airgapQuality)
         .arg(machine.sizeBound)
+        .arg(machine.slotWidth)
         .toStdString();
 }
 
@@ -81,6 +85,9 @@ protected:
     {
         if (!makeMachine(machine.type, machine.numberSlots, machine.polePairs))
             return false;
+        dims.slotWidth = machine.slotWidth;
+        dims.slotOpening = machine.slotWidth;
+        doc.stator()->scriptObject()->setProperty("slotWidth", machine.slotWidth);
         for (Airgap *gap : doc.airgaps())
             gap->setNumberLayers(machine.layers);
         doc.winding()->setNumberLayers(machine.windingLayers);
@@ -269,7 +276,8 @@ const MachineCase shippedMachines[] = {
     {Machine::RSR, 12, 5, 1, 5},      {Machine::SRSRS, 12, 5, 1},       {Machine::RSRSR, 12, 5, 1},
     {Machine::SR, 12, 5, 3, 3, 1},    {Machine::RSR, 9, 4, 3, 3, 1},    {Machine::SR, 12, 5, 3, 5, 2, 1.0},
     {Machine::SRS, 9, 4, 1, 3, 2, 2.0}, {Machine::SR, 12, 5, 3, 3, 2, 1.5, 0.0},
-    {Machine::RSR, 24, 2, 3, 7, 2, 1.0, 0.0},
+    {Machine::RSR, 24, 2, 3, 7, 2, 1.0, 0.0}, {Machine::SR, 36, 4, 3, 3, 2, 1.5, 6.0, 5.0},
+    {Machine::SR, 48, 20, 1, 3, 2, 1.5, 6.0, 4.0}, {Machine::SR, 12, 5, 7},
 };
 
 // One machine a test, so that the matrix spreads over the test runners.
