@@ -1,5 +1,4 @@
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QtMath>
 #include <gtest/gtest.h>
@@ -82,16 +81,17 @@ protected:
     ~EndturnOverlapTest() override { QFile::remove(path); }
 
     // Runs the probe inside the script's call for the paths; what it logged comes back.
-    QStringList probe(const QString &probe, const QString &result = QString())
+    QStringList probe(const QString &code, const QString &result = QString())
     {
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Text));
-        file.write(QString::fromLatin1(probeScript).arg(probe, result).toUtf8());
+        file.write(QString::fromLatin1(probeScript).arg(code, result).toUtf8());
         file.close();
         winding->setEndturnsScript(name);
         EXPECT_TRUE(winding->loadEndturnScript());
         console.log.clear();
-        EXPECT_TRUE(winding->calcEndturnPaths(layoutNumber, 50.0, 100.0, coils)) << texts(console.error).join('\n').toStdString();
+        EXPECT_TRUE(winding->calcEndturnPaths(layoutNumber, 50.0, 100.0, coils))
+            << texts(console.error).join('\n').toStdString();
         return texts(console.log);
     }
 
