@@ -85,6 +85,9 @@ QString windingErrorMessage(WindingErrors flag)
         return QObject::tr("Failed to generate end winding.");
     case CoreMotorElement::EndWindingStale:
         return QObject::tr("End winding needs to be regenerated");
+    case CoreMotorElement::InnerEndturnsOverlap:
+    case CoreMotorElement::OuterEndturnsOverlap:
+        return QObject::tr("Some inner and outer end turns overlap.");
     default:
         return QStringLiteral("Unknown winding error!");
     }

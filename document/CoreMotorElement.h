@@ -52,6 +52,8 @@ public:
         OuterFilaments = 1024,
         EndWindingFailed = 2048,
         EndWindingStale = 4096,
+        InnerEndturnsOverlap = 8192,
+        OuterEndturnsOverlap = 16384,
     };
     Q_DECLARE_FLAGS(WindingErrors, WindingError)
 

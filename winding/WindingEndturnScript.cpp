@@ -9,8 +9,11 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QScopedValueRollback>
+#include <BRepExtrema_DistShapeShape.hxx>
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <optional>
 
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/QmlShape.h"
@@ -84,6 +87,30 @@ const PathTexts &textsOf(Winding::EndturnKind kind)
     };
     return kind == Winding::EndturnKind::Inner ? inner : outer;
 }
+
+struct ClosestPoints
+{
+    double distance;
+    servoce::point3 first;
+    servoce::point3 second;
+};
+
+// Where two shapes come closest, when the extrema calculation finds it.
+std::optional<ClosestPoints> closestPoints(const servoce::shape &first, const servoce::shape &second)
+{
+    BRepExtrema_DistShapeShape extrema(first.Shape(), second.Shape());
+    if (!extrema.IsDone() || extrema.NbSolution() < 1)
+        return std::nullopt;
+    auto point = [](const gp_Pnt &p) { return servoce::point3(p.X(), p.Y(), p.Z()); };
+    return ClosestPoints{extrema.Value(), point(extrema.PointOnShape1(1)), point(extrema.PointOnShape2(1))};
+}
+
+bool isScriptShape(const QJSValue &value)
+{
+    return value.toVariant().userType() == qMetaTypeId<QmlShape>();
+}
+
+const QString distanceSlot = QStringLiteral("distanceBetweenEndturns");
 
 } // namespace
 
@@ -258,7 +285,122 @@ bool WindingObject::calcEndturnPaths(int layoutNumber, double innerRadius, doubl
         m_windingErrors = errors;
         emit windingErrorsChanged();
     }
+    takeOverlapWarnings(layoutNumber, result);
     return complete;
+}
+
+void WindingObject::takeOverlapWarnings(int layoutNumber, const QJSValue &result)
+{
+    WindingErrors warnings = m_windingWarnings;
+    for (const auto &[field, bit] : {std::make_pair("innerOverlap", CoreMotorElement::InnerEndturnsOverlap),
+                                     std::make_pair("outerOverlap", CoreMotorElement::OuterEndturnsOverlap)}) {
+        const bool overlap = result.property(QLatin1String(field)).toBool();
+        warnings.setFlag(bit, overlap || (layoutNumber > 1 && m_windingWarnings.testFlag(bit)));
+    }
+    const WindingErrors overlaps = CoreMotorElement::InnerEndturnsOverlap | CoreMotorElement::OuterEndturnsOverlap;
+    // The page shows no warning bar of its own: the console tells of a new overlap.
+    if ((warnings & overlaps) && !(m_windingWarnings & overlaps))
+        m_console->warn(windingErrorMessage(CoreMotorElement::InnerEndturnsOverlap));
+    setWindingWarnings(warnings);
+}
+
+void WindingObject::throwScriptError(const QString &message) const
+{
+    qCritical().noquote() << "Error:" << message;
+    if (m_engine)
+        m_engine->throwError(message);
+}
+
+bool WindingObject::readEndturnItems(const QJSValue &items, std::vector<servoce::shape> &paths) const
+{
+    auto lacking = [](const QJSValue &object, std::initializer_list<const char *> names) -> QString {
+        for (const char *name : names) {
+            if (!object.hasProperty(QLatin1String(name)))
+                return QLatin1String(name);
+        }
+        return QString();
+    };
+    const int count = items.property(QStringLiteral("length")).toInt();
+    for (int index = 0; index < count; ++index) {
+        const QJSValue item = items.property(quint32(index));
+        if (!item.isObject()) {
+            throwScriptError(tr("Must be with second argument of array of objects"));
+            return false;
+        }
+        QString missing = lacking(item, {"dir", "begin", "end", "path"});
+        for (const char *side : {"begin", "end"}) {
+            if (missing.isEmpty())
+                missing = lacking(item.property(QLatin1String(side)), {"slot", "layer", "center", "profile"});
+        }
+        if (!missing.isEmpty()) {
+            throwScriptError(tr("Item is not contains variable '%1'").arg(missing));
+            return false;
+        }
+        const servoce::shape path = QmlShape::fromVariant(item.property(QStringLiteral("path")).toVariant());
+        if (!path.is_null())
+            paths.push_back(path);
+    }
+    return true;
+}
+
+double WindingObject::distanceBetweenEndturns(const QJSValue &items)
+{
+    m_console->log(QStringLiteral("call %1()").arg(distanceSlot));
+    if (!items.isArray()) {
+        throwScriptError(tr("The function '%1' must be with second argument of array").arg(distanceSlot));
+        return 0.0;
+    }
+    const int count = items.property(QStringLiteral("length")).toInt();
+    if (count < 2) {
+        m_console->log(QStringLiteral("%1, for %2 item(s) check skipped").arg(distanceSlot).arg(count));
+        return 0.0;
+    }
+    std::vector<servoce::shape> paths;
+    if (!readEndturnItems(items, paths))
+        return 0.0;
+    double smallest = std::numeric_limits<double>::max();
+    for (size_t i = 0; i < paths.size(); ++i) {
+        for (size_t k = i + 1; k < paths.size(); ++k) {
+            if (const auto points = closestPoints(paths[i], paths[k]))
+                smallest = std::min(smallest, points->distance);
+        }
+    }
+    return smallest;
+}
+
+QJSValue WindingObject::extremaBetweenEndturns(const QJSValue &first, const QJSValue &second)
+{
+    if (!isScriptShape(first)) {
+        throwScriptError(tr("The first argument must be type of 'shape'"));
+        return QJSValue();
+    }
+    if (!isScriptShape(second)) {
+        throwScriptError(tr("The second argument must be type of 'shape'"));
+        return QJSValue();
+    }
+    const servoce::shape a = QmlShape::fromVariant(first.toVariant());
+    const servoce::shape b = QmlShape::fromVariant(second.toVariant());
+    if (!m_engine || a.is_null() || b.is_null())
+        return QJSValue();
+    const auto points = closestPoints(a, b);
+    if (!points)
+        return QJSValue();
+    QJSValue result = m_engine->newObject();
+    result.setProperty(QStringLiteral("p1"), m_engine->toScriptValue(QmlPoint3(points->first)));
+    result.setProperty(QStringLiteral("p2"), m_engine->toScriptValue(QmlPoint3(points->second)));
+    return result;
+}
+
+bool WindingObject::checkOverlapEndturns(const QJSValue &)
+{
+    m_console->log(QStringLiteral("checkOverlapEndturns() always return true!!!"));
+    return true;
+}
+
+double WindingObject::volumeOverlapEndturns(const QJSValue &)
+{
+    m_console->log(QStringLiteral("call volumeOverlapEndturns()"));
+    return 0.0;
 }
 
 bool WindingObject::takePath(int layoutNumber, Winding::Phase phase, const servoce::shape &path,

@@ -1095,6 +1095,22 @@ QString WindingObject::elementErrors() const
                             objectName(), windingErrorMessage);
 }
 
+QString WindingObject::windingWarningsText(bool link) const
+{
+    QStringList lines;
+    // One line says it for both sides.
+    if (m_windingWarnings & (CoreMotorElement::InnerEndturnsOverlap | CoreMotorElement::OuterEndturnsOverlap))
+        lines << windingErrorMessage(CoreMotorElement::InnerEndturnsOverlap);
+    if (m_windingWarnings.testFlag(CoreMotorElement::EndWindingStale)) {
+        const QString stale = windingErrorMessage(CoreMotorElement::EndWindingStale);
+        lines << (link ? tr("%1, <a href=\"generate\"><span style=\"text-decoration: underline; "
+                            "color:#0000ff;\">click to generate end winding</span></a>")
+                             .arg(stale)
+                       : stale);
+    }
+    return lines.join(link ? QStringLiteral("<br>") : QStringLiteral("\n"));
+}
+
 QVariantMap WindingObject::properties() const
 {
     const QVariantMap map{

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJSValue>
 #include <QString>
 #include <QTimer>
 #include <QVariantMap>
@@ -7,6 +8,7 @@
 #include <array>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "document/CoreMotorElement.h"
 #include "geometry/Endturn.h"
@@ -18,7 +20,6 @@
 
 class JSEngine;
 class QDataStream;
-class QJSValue;
 class ScriptConsole;
 class StatorItem;
 
@@ -229,6 +230,8 @@ public:
     // A parent program takes the design as it is: stale end windings are no fault then.
     void clearEndWindingStale();
     QString elementErrors() const;
+    // The warnings in lines; with links, rich text whose links name what they ask for.
+    QString windingWarningsText(bool link) const;
 
     QVariantMap properties() const;
     void setProperties(const QVariantMap &map);
@@ -241,6 +244,16 @@ public:
 public slots:
     // Works the automatic end inductance out and takes it.
     void deferCalcEndInductance();
+
+    // What the end-turn script asks to judge its own paths. Faults of the arguments are
+    // thrown into the winding's engine, where the script runs.
+    // The smallest distance between the paths of any two end-turn objects.
+    double distanceBetweenEndturns(const QJSValue &items);
+    // { p1, p2 }: the closest points of two shapes.
+    QJSValue extremaBetweenEndturns(const QJSValue &first, const QJSValue &second);
+    // Placeholders that scripts may call: always true, always 0.
+    bool checkOverlapEndturns(const QJSValue &items);
+    double volumeOverlapEndturns(const QJSValue &items);
 
 signals:
     void circuitChanged();
@@ -322,6 +335,13 @@ private:
     void storeSlotFillFactor(double factor);
     void giveHeightsTheirDefault();
     void endturnScriptFailure(const QString &message) const;
+    // Logs the fault of a call from the script and throws it into the script.
+    void throwScriptError(const QString &message) const;
+    // The paths of the end-turn objects of a script, null ones left out; false, the
+    // fault thrown, when an item lacks a part of an end turn.
+    bool readEndturnItems(const QJSValue &items, std::vector<servoce::shape> &paths) const;
+    // The overlap flags of a script's result for one layout; later layouts add theirs.
+    void takeOverlapWarnings(int layoutNumber, const QJSValue &result);
     void makeEndturns(QVector<QVector<Winding::Endturns>> &all);
     QJSValue endturnsToScript(const QVector<Winding::Endturns> &coils) const;
     // Takes the script's path of one coil end; false when it had a fault to report.

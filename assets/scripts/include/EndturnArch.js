@@ -19,3 +19,56 @@ function arch(end, rise) {
     var r = (ra + rb) / 2 + rise;
     return Geom.arc(a, Geom.point3(r * Math.cos(m), r * Math.sin(m), (a.z + b.z) / 2), b);
 }
+
+// The end-turn objects of one side, "outer" or "inner", each with its path, as the winding
+// measures them.
+function endturnItems(endturns, paths, side) {
+    var items = [];
+    for (var i = 0; i < endturns.length; ++i) {
+        var end = endturns[i][side];
+        items.push({ dir: end.dir, begin: end.begin, end: end.end, path: paths[i][side + "Path"] });
+    }
+    return items;
+}
+
+// The least distance between two coil sides where the end turns of one side leave the slots.
+function closestCoilSides(endturns, side) {
+    var centres = [];
+    for (var i = 0; i < endturns.length; ++i)
+        centres.push(endturns[i][side].begin.center, endturns[i][side].end.center);
+    var closest = Number.MAX_VALUE;
+    for (var m = 0; m < centres.length; ++m) {
+        for (var n = m + 1; n < centres.length; ++n) {
+            var a = centres[m], b = centres[n];
+            var d = Math.sqrt((a.x - b.x) * (a.x - b.x) + (a.y - b.y) * (a.y - b.y) + (a.z - b.z) * (a.z - b.z));
+            // A coil round the yoke leaves and enters at one place.
+            if (d > 1e-7)
+                closest = Math.min(closest, d);
+        }
+    }
+    return closest;
+}
+
+// Whether the end turns of one side interpenetrate. The program sweeps each as a round bundle
+// as thick as the narrower side of the coil's section, measured where the section is widest;
+// two bundles overlap where their centre lines come closer than that. Where the coil sides
+// narrow, two that share a slot leave it closer together, touching: a bundle is no thicker
+// than the room between two coil sides, and a hundredth of it is left for rounding.
+function endturnsOverlap(endturns, paths, side, thickness) {
+    var bundle = Math.min(thickness, closestCoilSides(endturns, side));
+    var distance = motor.winding.distanceBetweenEndturns(endturnItems(endturns, paths, side));
+    var overlap = endturns.length > 1 && distance < 0.99 * bundle;
+    console.log(side + " end turns: closest " + distance.toFixed(3) + " mm apart, bundles "
+                + bundle.toFixed(3) + " mm thick" + (overlap ? ", they overlap" : ""));
+    return overlap;
+}
+
+// The answer of calcEndturnPaths: the paths and whether the bundles of a side overlap.
+function endturnPathsResult(endturns, paths, width, height, least) {
+    var thickness = width > 0 && height > 0 ? Math.min(width, height) : least;
+    return {
+        paths: paths,
+        outerOverlap: endturnsOverlap(endturns, paths, "outer", thickness),
+        innerOverlap: endturnsOverlap(endturns, paths, "inner", thickness)
+    };
+}

@@ -2,7 +2,8 @@
 // slot of its other side: beyond the outer radius of the stator at the outside, inside the
 // inner radius at the inside. The arch rises a quarter of its chord above the slot circle, but
 // at least one coil width, so that it clears the coil ends it passes over. A coil round the
-// yoke arches over the rim of the body from one face to the other.
+// yoke arches over the rim of the body from one face to the other. Whether the arches of a side
+// do clear each other is measured, and told as an overlap where they don't.
 
 include("../include/EndturnArch.js");
 
@@ -23,5 +24,5 @@ function calcEndturnPaths(width, height, innerRadius, outerRadius, endturns, aut
         var inward = Math.min(riseOf(e.inner, least), innerRadius / 2);
         paths.push({ outerPath: arch(e.outer, riseOf(e.outer, least)), innerPath: arch(e.inner, -inward) });
     }
-    return { paths: paths };
+    return endturnPathsResult(endturns, paths, width, height, least);
 }
