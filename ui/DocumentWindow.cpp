@@ -363,14 +363,41 @@ void DocumentWindow::createViewers()
     addViewer(new MotorGeometryScene(m_document), "viewerMotor", Document::GeometryMotor);
     addViewer(new StatorGeometryScene(m_document), "viewerStator", Document::GeometryStator);
     addViewer(new RotorGeometryScene(m_document), "viewerRotor", Document::GeometryRotor);
+
+    for (MotorElement *element : {static_cast<MotorElement *>(m_document->stator()),
+                                  static_cast<MotorElement *>(m_document->rotor())})
+        connect(element, &MotorElement::geometryErrorsChanged, this, &DocumentWindow::showViewerMessages);
+    connect(m_document, &Document::createMotorGeometryFinished, this, &DocumentWindow::showViewerMessages);
+    connect(m_document->winding(), &WindingObject::windingWarningsChanged, this, &DocumentWindow::showViewerMessages);
+    // Drawing the machine makes its end winding.
+    GeometryViewer *motor = viewer(Document::GeometryMotor);
+    connect(motor, &GeometryViewer::warningLinkActivated, motor->scene(), [motor](const QString &link) {
+        if (link == QLatin1String("generate"))
+            motor->scene()->applyChanges();
+    });
+    showViewerMessages();
+}
+
+void DocumentWindow::showViewerMessages()
+{
+    const auto errorsOf = [](const MotorElement *element) {
+        QStringList lines{element->geometryErrorText(), element->scriptErrorText()};
+        lines.removeAll(QString());
+        return lines;
+    };
+    const QStringList stator = errorsOf(m_document->stator());
+    const QStringList rotor = errorsOf(m_document->rotor());
+    viewer(Document::GeometryMotor)->setErrorText((stator + rotor).join(QLatin1Char('\n')));
+    viewer(Document::GeometryMotor)->setWarningText(m_document->winding()->windingWarningsText(true));
+    viewer(Document::GeometryStator)->setErrorText(stator.join(QLatin1Char('\n')));
+    viewer(Document::GeometryRotor)->setErrorText(rotor.join(QLatin1Char('\n')));
 }
 
 void DocumentWindow::addModifiedLabel(GeometryViewer *viewer)
 {
     GeometryScene *scene = viewer->scene();
     auto *label = new ModifiedFadeLabel(viewer);
-    auto *layout = new QGridLayout(viewer);
-    layout->addWidget(label, 0, 0, Qt::AlignTop | Qt::AlignHCenter);
+    static_cast<QVBoxLayout *>(viewer->layout())->insertWidget(0, label, 0, Qt::AlignHCenter);
     connect(label, &ModifiedFadeLabel::buttonClicked, scene, &GeometryScene::applyChanges);
     connect(scene, &GeometryScene::outOfDateChanged, label, &QWidget::setVisible);
     MainWindow *main = MainWindow::instance();

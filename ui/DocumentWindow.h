@@ -97,6 +97,8 @@ private:
     void createViewers();
     // Over a view whose machine waits for "Apply", with the choice to stop asking.
     void addModifiedLabel(GeometryViewer *viewer);
+    // What is wrong with the shown elements and what deserves a look, along the views.
+    void showViewerMessages();
     void connectAnalysisOverlay();
     void showViewerOf(Document::Mode mode);
     // A page of the tool box with the editor that makeEditor builds for its parent.

@@ -1356,5 +1356,7 @@ void WindingObject::settleAfterLoad()
     makeLayouts();
     if (m_countLayouts == 1)
         m_connection.clear();
+    // The wire follows from the settings just read, not from those it replaced.
+    updateWireDiameter();
     updateWindingErrors();
 }

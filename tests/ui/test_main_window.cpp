@@ -762,6 +762,43 @@ TEST_F(MainWindowTest, TheMotorPageDrawsTheMachineAndFollowsAChangeAndItsUndo)
     EXPECT_EQ(coilsOn(viewer->scene()), 2 * coilsBefore);
 }
 
+TEST_F(MainWindowTest, TheViewsSayWhatIsWrongAndWhatIsStaleAlongTheirBottom)
+{
+    DocumentWindow *documentWindow = openByDialog(design);
+    ASSERT_NE(documentWindow, nullptr);
+    GeometryViewer *viewer = documentWindow->viewer(Document::GeometryMotor);
+    ASSERT_TRUE(waitForMachine(viewer));
+    auto *warnings = viewer->findChild<QLabel *>("labelWarnings");
+    auto *errors = viewer->findChild<QLabel *>("labelErrors");
+    ASSERT_TRUE(warnings && errors);
+    EXPECT_FALSE(warnings->isVisible()) << "the drawn bundles are the end winding";
+    EXPECT_FALSE(errors->isVisible());
+
+    // A change waiting for "Apply" leaves the end winding stale; its link draws the machine.
+    Document *document = documentWindow->document();
+    document->setPropertyUndoable(document->stator(), "numberSlots", 24);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(warnings->isVisible());
+    EXPECT_TRUE(viewer->warningText().contains("End winding needs to be regenerated"));
+    emit warnings->linkActivated(QStringLiteral("generate"));
+    ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_FALSE(warnings->isVisible());
+
+    // Diameters in the wrong order are named on the motor's and the stator's views alike.
+    document->setPropertyUndoable(document->stator(), "innerDiameter", 250.0);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(errors->isVisible());
+    EXPECT_FALSE(viewer->errorText().isEmpty());
+    EXPECT_EQ(documentWindow->viewer(Document::GeometryStator)->errorText(), viewer->errorText());
+    EXPECT_TRUE(documentWindow->viewer(Document::GeometryRotor)->errorText().isEmpty());
+    // The messages are those of the machine last built: the undone one, once applied.
+    trigger("actionUndo");
+    QCoreApplication::processEvents();
+    QTest::mouseClick(viewer->findChild<QPushButton *>("buttonApply"), Qt::LeftButton);
+    ASSERT_TRUE(waitForMachine(viewer));
+    EXPECT_FALSE(errors->isVisible()) << viewer->errorText().toStdString();
+}
+
 TEST_F(MainWindowTest, TheMotorPageDrawsTheEndTurnsAsBundlesOrLinesInTheirPhasesColours)
 {
     DocumentWindow *documentWindow = openByDialog(design);

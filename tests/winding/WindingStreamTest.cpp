@@ -358,6 +358,18 @@ TEST_F(WindingStreamTest, GaugeNameOfAFileIsRememberedForItsTable)
     EXPECT_EQ(winding->wireSize(), "7/0 SWG");
 }
 
+TEST_F(WindingStreamTest, AGaugeReadFromAFileGivesItsWireAtOnce)
+{
+    load(block.bytes(13));
+    winding->setWireSizeMethod(Winding::SWG);
+    EXPECT_NEAR(winding->wireDiameter(), 12.7, 1e-9) << "7/0 SWG is half an inch";
+    Document other(nullptr);
+    prepare(other);
+    WindingObject &read = *other.winding();
+    ASSERT_TRUE(loadBlock(read, savedBlock(*winding)).accepted);
+    EXPECT_NEAR(read.wireDiameter(), 12.7, 1e-9) << "before anything else asks for it";
+}
+
 TEST(WindingTypes, RegisteredNamesRoundTripInsideAVariant)
 {
     registerWindingTypes();

@@ -5,6 +5,7 @@
 #include "meshing/Mesh.h"
 #include "ui/Viewer/EndturnPieces.h"
 #include "winding/Winding.h"
+#include "winding/WindingObject.h"
 
 MotorGeometryScene::MotorGeometryScene(Document *document, QObject *parent)
     : GeometryScene(document, QStringLiteral("Motor"), parent)
@@ -84,7 +85,11 @@ QColor MotorGeometryScene::colorOf(const Piece &piece) const
 PieceList MotorGeometryScene::withEndturns() const
 {
     PieceList all = m_machinePieces;
-    all.append(endturnPieces(document()->winding(), m_filamentsOnly));
+    const PieceList endturns = endturnPieces(document()->winding(), m_filamentsOnly);
+    all.append(endturns);
+    // The bundles drawn are the end winding's solids: it is no longer stale.
+    if (!m_filamentsOnly && !endturns.isEmpty())
+        document()->winding()->setEndturnShapeGenerated(true, false);
     return all;
 }
 

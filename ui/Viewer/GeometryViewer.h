@@ -2,8 +2,10 @@
 
 #include "ui/Viewer/View.h"
 
+class ErrorLabel;
 class GeometryScene;
 class QLabel;
+class WarningLabel;
 
 // A view that shows one scene: it displays the scene's objects whenever the scene
 // is redrawn, tells the scene when it is on screen, and shows the scene's
@@ -17,6 +19,12 @@ public:
 
     GeometryScene *scene() const { return m_scene; }
     QString progressText() const;
+
+    // The bars along the bottom of the view; an empty text hides its bar.
+    void setErrorText(const QString &text);
+    void setWarningText(const QString &text);
+    QString errorText() const;
+    QString warningText() const;
 
 signals:
     void errorLinkActivated(QString link);
@@ -34,4 +42,6 @@ private:
 
     GeometryScene *m_scene;
     QLabel *m_progress;
+    ErrorLabel *m_errors;
+    WarningLabel *m_warnings;
 };
