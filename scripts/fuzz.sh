@@ -16,15 +16,18 @@ if [ ! -f "$BUILD_DIR/build.ninja" ]; then
 fi
 cmake --build "$BUILD_DIR" -j "$JOBS" --target "${TARGETS[@]}"
 
-# Seeds: the bundled designs, material files, script catalogues, an undo history and
-# the motor properties that the program writes of the bundled example for a parent
-# (zolvane-ds examples/new_motor.zva --operation getProps --exchange-file motorProps.mat).
+# Seeds: the bundled designs, material files, script catalogues, an undo history, and
+# in fuzz/seeds/ what the program writes of the bundled example for a parent: its motor
+# properties (zolvane-ds examples/new_motor.zva --operation getProps --exchange-file
+# motorProps.mat) and its protected form holding them as simulation data (of a copy
+# named new_motor.zvap: zolvane-ds new_motor.zvap --operation write --exchange-file
+# motorProps.mat).
 seed() {
   local target="$1"
   local corpus="$BUILD_DIR/corpus/$target"
   mkdir -p "$corpus"
   case "$target" in
-    fuzz_document) cp "$ROOT"/examples/*.zva "$corpus"/ ;;
+    fuzz_document) cp "$ROOT"/examples/*.zva "$ROOT"/fuzz/seeds/*.zvap "$corpus"/ ;;
     fuzz_mat_file) cp "$ROOT"/fuzz/seeds/*.mat "$corpus"/ ;;
     fuzz_script_catalogue) for f in "$ROOT"/assets/scripts/*/.*.json; do cp "$f" "$corpus/$(basename "$f")"; done ;;
     fuzz_undo_history)
