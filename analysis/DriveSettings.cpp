@@ -3,6 +3,7 @@
 #include <QDataStream>
 
 #include "base/Assign.h"
+#include "base/StreamChecks.h"
 #include "document/Document.h"
 
 namespace {
@@ -242,5 +243,14 @@ bool DriveSettings::load(QDataStream &in)
     in >> m_voltageSupplyDC >> m_driverType >> m_switchingDeadTime >> m_currentHysteresis >> m_frequencySamplingPWM
         >> m_switchDutyCycle >> m_commutationAdvanceAngle >> m_sixStepOptions >> m_phaseCurrentLimit
         >> m_phaseCurrentHysteresis >> m_sixStepVdcUsage >> m_transistorName >> m_transistorInParallel;
+    if (in.status() != QDataStream::Ok)
+        return true;
+    // The editors and the solver's texts switch on these: damage must not reach them.
+    using StreamChecks::checkEnumerator;
+    checkEnumerator(in, m_waveformCurrent, Sinusoidal, QStringLiteral("the current waveform"));
+    checkEnumerator(in, m_methodInputCurrent, RMSSupplyCurrent, QStringLiteral("the current input method"));
+    checkEnumerator(in, m_driverType, CurrentHysteresisPWM, QStringLiteral("the drive type"));
+    checkEnumerator(in, m_switchDutyCycle, Deg120, QStringLiteral("the switch duty cycle"));
+    checkEnumerator(in, m_sixStepOptions, General, QStringLiteral("the six-step option"));
     return true;
 }

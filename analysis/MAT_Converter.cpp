@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "analysis/MatFileCheck.h"
 #include "base/ExchangePath.h"
 
 namespace {
@@ -113,6 +114,9 @@ QVariantMap structElement(const matvar_t *variable, size_t index)
     QVariantMap map;
     const unsigned count = Mat_VarGetNumberOfFields(const_cast<matvar_t *>(variable));
     char *const *names = Mat_VarGetStructFieldnames(variable);
+    // A damaged file may declare fields and name none of them.
+    if (!names)
+        return map;
     for (unsigned i = 0; i < count; ++i) {
         const matvar_t *field = Mat_VarGetStructFieldByIndex(const_cast<matvar_t *>(variable), i, index);
         map.insert(QString::fromUtf8(names[i]), field ? MAT_Converter::toVariant(field) : QVariant());
@@ -336,8 +340,10 @@ QVariant MAT_Converter::toVariant(const matvar_t *variable)
         return list;
     }
     case MAT_C_STRUCT: {
-        // A struct array, like the regions of a slice, is a list of its elements.
-        const size_t count = elementCount(variable);
+        // A struct array, like the regions of a slice, is a list of its elements. One
+        // without fields holds nothing, however many elements it declares.
+        const bool fieldless = Mat_VarGetNumberOfFields(const_cast<matvar_t *>(variable)) == 0;
+        const size_t count = fieldless ? qMin<size_t>(elementCount(variable), 1) : elementCount(variable);
         if (count == 1)
             return structElement(variable, 0);
         QVariantList list;
@@ -398,7 +404,7 @@ MatVarPointer MAT_Converter::fromByteArray(const QByteArray &bytes, const QStrin
             return MatVarPointer();
         }
     }
-    mat_t *mat = Mat_Open(temporary.name(), MAT_ACC_RDONLY);
+    mat_t *mat = MatFileCheck::openForRead(temporary.path());
     if (!mat) {
         qCritical() << "Mat_Open for read cannot open file" << temporary.path();
         return MatVarPointer();

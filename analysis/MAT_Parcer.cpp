@@ -11,6 +11,7 @@
 
 #include "analysis/DriveSettings.h"
 #include "analysis/MagnetostaticAnalysis.h"
+#include "analysis/MatFileCheck.h"
 #include "base/Numeric.h"
 #include "base/SafeWrite.h"
 #include "base/Tbb.h"
@@ -539,8 +540,7 @@ bool MAT_Parcer::saveMotorProperties(const QString &path)
 
 mat_t *MAT_Parcer::openForRead(const QString &path) const
 {
-    const QByteArray name = QFile::encodeName(QDir::toNativeSeparators(path));
-    mat_t *mat = Mat_Open(name.constData(), MAT_ACC_RDONLY);
+    mat_t *mat = MatFileCheck::openForRead(path);
     if (!mat) {
         qCritical() << "Can't create MAT file" << path << "for read";
         showCritical(tr("Can't open file %1 for read").arg(path));

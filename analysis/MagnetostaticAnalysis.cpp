@@ -258,6 +258,13 @@ bool MagnetostaticAnalysis::load(QDataStream &in)
         >> m_computeCoggingTorque >> m_saveEachFieldSolution >> m_folderFieldsSolution;
     if (version >= 2)
         StreamChecks::readVariantMap(in, m_dataSimulation);
+    if (in.status() != QDataStream::Ok)
+        return true;
+    // The editors and the solver's texts switch on these: damage must not reach them.
+    using StreamChecks::checkEnumerator;
+    checkEnumerator(in, m_solverType, Nonlinear, QStringLiteral("the solver type"));
+    checkEnumerator(in, m_accuracy, SinglePoint, QStringLiteral("the accuracy"));
+    checkEnumerator(in, m_timePeriodMode, OneElecticalPeriod, QStringLiteral("the time period mode"));
     return true;
 }
 

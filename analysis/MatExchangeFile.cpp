@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "analysis/MatFileCheck.h"
 #include "base/SafeWrite.h"
 
 namespace {
@@ -42,7 +43,7 @@ bool MatExchangeFile::write(const QString &path, const QVector<Variable> &variab
 
 std::optional<QHash<QString, MatVarPointer>> MatExchangeFile::read(const QString &path)
 {
-    mat_t *mat = Mat_Open(fileName(path).constData(), MAT_ACC_RDONLY);
+    mat_t *mat = MatFileCheck::openForRead(path);
     if (!mat) {
         qCritical() << "Mat_Open for read cannot open file " << path;
         return std::nullopt;

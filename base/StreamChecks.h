@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QDataStream>
+#include <QMetaEnum>
 #include <QVariant>
 
 // Reading from files that may be damaged or made to do harm: a count is taken only
@@ -24,6 +25,17 @@ bool countFits(QDataStream &in, quint32 count, int bytesEach);
 bool refuse(QDataStream &in, const QString &reason = QString());
 // What the first refusal on this stream's device found; empty when none said.
 QString damage(const QDataStream &in);
+
+// A stored choice of a Q_ENUM is kept only when its enumeration has it: otherwise the
+// choice becomes `fallback` and the stream is marked damaged, naming `what`.
+template <typename Enum>
+void checkEnumerator(QDataStream &in, Enum &value, Enum fallback, const QString &what)
+{
+    if (QMetaEnum::fromType<Enum>().valueToKey(int(value)))
+        return;
+    refuse(in, QStringLiteral("%1 %2 is unknown").arg(what).arg(int(value)));
+    value = fallback;
+}
 
 // A QVariant or a QVariantMap in their stream form, with every count of a list, map
 // or container checked and nesting bounded.

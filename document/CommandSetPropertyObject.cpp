@@ -3,6 +3,10 @@
 #include <QDataStream>
 #include <QDebug>
 #include <QJsonArray>
+#include <QMetaEnum>
+#include <QMetaProperty>
+#include <cmath>
+#include <limits>
 
 #include "base/StreamChecks.h"
 #include "document/Document.h"
@@ -135,14 +139,26 @@ CommandSetPropertyObject *CommandSetPropertyObject::fromJson(const QJsonObject &
     const QVariant previousValue = decodeValue(json.value(QStringLiteral("prevValue")).toString());
     // Replaying the history applies these values to the design. A declared property
     // takes no value that doesn't convert to its type; anything else reaches the model.
-    const bool declared = target->metaObject()->indexOfProperty(name.constData()) >= 0;
+    const int index = target->metaObject()->indexOfProperty(name.constData());
+    const bool declared = index >= 0;
+    // An enumerated property takes a number as it stands: the model switches on its
+    // enumerators and indexes tables by them, so a number outside them is refused.
+    const QMetaEnum enumeration = declared ? target->metaObject()->property(index).enumerator() : QMetaEnum();
     for (const QVariant &value : {newValue, previousValue}) {
         bool isNumber = false;
-        value.toDouble(&isNumber);
+        const double number = value.toDouble(&isNumber);
         const bool reachesModel = value.isValid() && (isNumber || !declared);
         const QString outOfRange = ModelRanges::check(QString::fromLatin1(name), value);
         if (reachesModel && !outOfRange.isEmpty()) {
             qCritical().noquote() << "Error: UndoStack:" << outOfRange;
+            return nullptr;
+        }
+        const bool whole = std::abs(number) <= std::numeric_limits<int>::max() && number == std::floor(number);
+        if (isNumber && enumeration.isValid() && !enumeration.isFlag()
+            && !(whole && enumeration.valueToKey(int(number)))) {
+            qCritical().noquote() << "Error: UndoStack:" << QStringLiteral("%1 = %2 is no value of %3")
+                                                                .arg(QString::fromLatin1(name), value.toString(),
+                                                                     QString::fromLatin1(enumeration.name()));
             return nullptr;
         }
     }

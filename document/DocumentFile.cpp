@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QImageReader>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
@@ -93,6 +94,49 @@ bool readSimulationData(const QByteArray &stored, qint32 version, QByteArray &da
         return true;
     }
     return StreamChecks::uncompress(stored, data);
+}
+
+// The preview of a protected design is only its picture: one beyond these bounds is
+// left out rather than decoded into memory that the design doesn't need.
+const int maxPreviewSide = 4096;
+const qint64 maxPreviewBytes = 8 * 1024 * 1024;
+
+// A preview in QImage's stream form: a marker for a null picture, then the picture as
+// PNG to the end of the file. False when the picture is damaged; a picture past the
+// bounds leaves `preview` null, with a warning.
+bool readPreview(QDataStream &in, const QString &path, QImage &preview)
+{
+    preview = QImage();
+    qint32 present = 0;
+    in >> present;
+    if (in.status() != QDataStream::Ok)
+        return false;
+    if (!present)
+        return true;
+    QIODevice *device = in.device();
+    if (device->bytesAvailable() > maxPreviewBytes) {
+        qWarning().noquote() << QStringLiteral("The preview of %1 is left out: its %2 bytes are more than %3.")
+                                    .arg(path)
+                                    .arg(device->bytesAvailable())
+                                    .arg(maxPreviewBytes);
+        return true;
+    }
+    QImageReader reader(device, "png");
+    const QSize size = reader.size();
+    if (size.width() > maxPreviewSide || size.height() > maxPreviewSide) {
+        qWarning().noquote() << QStringLiteral("The preview of %1 is left out: its %2×%3 pixels are more than %4×%4.")
+                                    .arg(path)
+                                    .arg(size.width())
+                                    .arg(size.height())
+                                    .arg(maxPreviewSide);
+        return true;
+    }
+    preview = reader.read();
+    if (preview.isNull()) {
+        in.setStatus(QDataStream::ReadCorruptData);
+        return false;
+    }
+    return true;
 }
 
 // A MAT file that says "no simulation data" to a parent program.
@@ -231,8 +275,8 @@ bool Document::readProtectedForm(QDataStream &in, const QString &path)
         return errorVersionMessage();
     QByteArray data;
     QImage preview;
-    in >> data >> preview;
-    if (in.status() != QDataStream::Ok)
+    in >> data;
+    if (in.status() != QDataStream::Ok || !readPreview(in, path, preview))
         return streamFailure(in, path);
     if (!readSimulationData(data, version, m_dataMA))
         return streamFailure(in, path);

@@ -1,9 +1,71 @@
 #include <QFile>
 #include <QTemporaryDir>
+#include <QtEndian>
 #include <gtest/gtest.h>
 
 #include "analysis/MAT_Converter.h"
 #include "analysis/MatExchangeFile.h"
+#include "support/LogCatcher.h"
+
+namespace {
+
+QByteArray littleEndian(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    qToLittleEndian(value, bytes.data());
+    return bytes;
+}
+
+// A tag in its full form, and the packed form of data of up to four bytes.
+QByteArray tag(quint32 type, quint32 size)
+{
+    return littleEndian(type) + littleEndian(size);
+}
+
+QByteArray packed(quint32 type, const QByteArray &data)
+{
+    return littleEndian(type | quint32(data.size()) << 16) + data.leftJustified(4, '\0');
+}
+
+// A Level 5 header of the given version, written little-endian.
+QByteArray header(quint16 version = 0x0100)
+{
+    QByteArray bytes = QByteArray("MATLAB 5.0 MAT-file").leftJustified(124, ' ');
+    bytes += char(version & 0xFF);
+    bytes += char(version >> 8);
+    return bytes + "IM";
+}
+
+const quint32 miInt8 = 1;
+const quint32 miInt32 = 5;
+const quint32 miUInt32 = 6;
+const quint32 miMatrix = 14;
+const quint32 miCompressed = 15;
+const quint32 structClass = 2;
+
+// A 1×1 struct "s" whose field names declare more bytes than the file has, compressed,
+// where only the size of the whole is checked: libmatio keeps the count of fields and
+// no names for them.
+QByteArray structWithoutFieldNames()
+{
+    const QByteArray body = tag(miUInt32, 8) + littleEndian(structClass) + littleEndian(0) + tag(miInt32, 8)
+                          + littleEndian(1) + littleEndian(1) + packed(miInt8, "s") + packed(miInt32, littleEndian(4))
+                          + tag(miInt8, 0x20000) + QByteArray("a\0\0\0b\0\0\0", 8);
+    // qCompress puts the inflated size before the zlib stream.
+    const QByteArray compressed = qCompress(tag(miMatrix, quint32(body.size())) + body).mid(4);
+    return header() + tag(miCompressed, quint32(compressed.size())) + compressed;
+}
+
+QString written(const QTemporaryDir &dir, const QByteArray &bytes)
+{
+    const QString path = dir.filePath("answer.mat");
+    QFile file(path);
+    file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    file.write(bytes);
+    return path;
+}
+
+} // namespace
 
 // The file between the program and a solver step: what is written under a name is
 // read back under that name, whatever the variable was called before.
@@ -51,4 +113,81 @@ TEST(MatExchangeFile, WhatIsNoMatFileCantBeRead)
     QTemporaryDir dir;
     EXPECT_FALSE(MatExchangeFile::read(dir.filePath("missing.mat")).has_value());
     EXPECT_FALSE(MatExchangeFile::write(dir.filePath("no/such/folder/exchange.mat"), {}));
+}
+
+// Inputs found by fuzz_mat_file.
+TEST(MatExchangeFile, AStructWithFieldsButNoFieldNamesReadsAsNoFields)
+{
+    QTemporaryDir dir;
+    const auto variables = MatExchangeFile::read(written(dir, structWithoutFieldNames()));
+    ASSERT_TRUE(variables.has_value());
+    for (const MatVarPointer &variable : *variables)
+        EXPECT_TRUE(MAT_Converter::toVariant(variable.data()).toMap().isEmpty());
+}
+
+TEST(MatExchangeFile, AStructWithoutFieldsIsNothingHoweverManyElementsItDeclares)
+{
+    const QByteArray body = tag(miUInt32, 8) + littleEndian(structClass) + littleEndian(0) + tag(miInt32, 8)
+                          + littleEndian(1) + littleEndian(0xFFFFFFFF) + packed(miInt8, "s")
+                          + packed(miInt32, littleEndian(4)) + tag(miInt8, 0);
+    QTemporaryDir dir;
+    const auto variables = MatExchangeFile::read(written(dir, header() + tag(miMatrix, quint32(body.size())) + body));
+    ASSERT_TRUE(variables.has_value());
+    ASSERT_TRUE(variables->contains("s"));
+    EXPECT_EQ(MAT_Converter::toVariant(variables->value("s").data()), QVariant(QVariantMap()));
+}
+
+TEST(MatExchangeFile, FilesThatAreNoLevel5FileOrDeclareMoreThanTheyHoldAreRefusedBeforeTheyAreRead)
+{
+    const QByteArray sound = MAT_Converter::toByteArray(MatVarPointer(MAT_Converter::matVar(2.0, "speed")).data());
+    ASSERT_GT(sound.size(), 128);
+    const QByteArray tooLong = header() + tag(miMatrix, 4816) + sound.mid(136);
+    const QByteArray arrayHead = tag(miUInt32, 8) + littleEndian(structClass) + littleEndian(0) + tag(miInt32, 8)
+                               + littleEndian(1) + littleEndian(1) + packed(miInt8, "s");
+    const QByteArray plainStruct = arrayHead + packed(miInt32, littleEndian(4)) + tag(miInt8, 0x20000);
+    const quint32 cellClass = 1;
+    const QByteArray hugeCell = tag(miUInt32, 8) + littleEndian(cellClass) + littleEndian(0) + tag(miInt32, 8)
+                              + littleEndian(1) + littleEndian(1000000000) + packed(miInt8, "c") + QByteArray(8, '\0');
+    const quint32 doubleClass = 6;
+    const quint32 miDouble = 9;
+    const QByteArray manyNumbers = tag(miUInt32, 8) + littleEndian(doubleClass) + littleEndian(0) + tag(miInt32, 8)
+                                 + littleEndian(1) + littleEndian(10485761) + packed(miInt8, "n") + tag(miDouble, 8)
+                                 + QByteArray(8, '\0');
+    const QByteArray uncountedField = arrayHead + packed(miInt32, littleEndian(0x140000)) + tag(miInt8, 16)
+                                    + QByteArray(16, 'f') + tag(miMatrix, quint32(manyNumbers.size())) + manyNumbers;
+    const quint32 charClass = 4;
+    const quint32 miUtf8 = 16;
+    const QByteArray hugeText = tag(miUInt32, 8) + littleEndian(charClass) + littleEndian(0) + tag(miInt32, 8)
+                              + littleEndian(1) + littleEndian(1) + packed(miInt8, "t") + tag(miUtf8, 0x40000006)
+                              + QByteArray("x").leftJustified(8, '\0');
+    const struct {
+        const char *what;
+        QByteArray bytes;
+        const char *reason;
+    } cases[] = {
+        {"a variable that declares more bytes than follow it", tooLong, "a variable of 4816 bytes is larger than"},
+        {"a tag cut short", sound + QByteArray(4, '\0'), "a variable is cut short"},
+        {"a struct's field names beyond the struct", header() + tag(miMatrix, quint32(plainStruct.size())) + plainStruct,
+         "the field names of a struct are damaged"},
+        {"a cell of a thousand million arrays", header() + tag(miMatrix, quint32(hugeCell.size())) + hugeCell,
+         "an array declares 1000000000 elements in 8 bytes"},
+        {"ten million numbers in a field that the struct's names don't count",
+         header() + tag(miMatrix, quint32(uncountedField.size())) + uncountedField,
+         "an array declares 10485761 elements in 16 bytes"},
+        {"a text whose letters declare a gigabyte", header() + tag(miMatrix, quint32(hugeText.size())) + hugeText,
+         "the values of an array declare more bytes than the array has"},
+        {"a file of version 7.3", header(0x0200) + sound.mid(128), "it is no Level 5 MAT file"},
+        {"no endian indicator", sound.left(126) + "XX" + sound.mid(128), "it has no endian indicator"},
+        {"less than a header", sound.left(100), "shorter than the header"},
+    };
+    QTemporaryDir dir;
+    for (const auto &input : cases) {
+        const LogCatcher log;
+        EXPECT_FALSE(MatExchangeFile::read(written(dir, input.bytes)).has_value()) << input.what;
+        EXPECT_TRUE(log.contains(QString::fromLatin1(input.reason))) << input.what;
+        EXPECT_FALSE(MAT_Converter::fromByteArray(input.bytes, "speed")) << input.what;
+    }
+    const auto read = MatExchangeFile::read(written(dir, sound));
+    ASSERT_TRUE(read.has_value());
+    EXPECT_EQ(MAT_Converter::toVariant(read->value("speed").data()).toDouble(), 2.0) << "a sound file still reads";
 }

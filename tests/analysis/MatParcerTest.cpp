@@ -8,6 +8,7 @@
 
 #include "analysis/MAT_Parcer.h"
 #include "analysis/MagnetostaticAnalysis.h"
+#include "analysis/MatFileCheck.h"
 #include "document/Airgap.h"
 #include "document/Document.h"
 #include "document/UndoStack.h"
@@ -91,6 +92,7 @@ TEST_F(ExampleExchangeFile, HoldsTheVariablesInTheirOrder)
     EXPECT_EQ(file.names(), (QStringList{"Geometry", "Windings", "cell_Properties", "cell_MaterialType", "Mesh",
                                          "RadMesh", "Materials", "Error", "motorProps", "Weight"}));
     EXPECT_FALSE(QFile::exists(path() + ".part"));
+    EXPECT_EQ(MatFileCheck::problem(path()), QString()) << "the program's own file passes the reader's check";
 
     const MatVarPointer error = file.read("Error");
     ASSERT_TRUE(error);

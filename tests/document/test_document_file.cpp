@@ -17,6 +17,7 @@
 #include "geometry/StatorItem.h"
 #include "meshing/Mesh.h"
 #include "support/EditableDocument.h"
+#include "support/LogCatcher.h"
 #include "winding/WindingObject.h"
 
 namespace {
@@ -221,6 +222,55 @@ TEST_F(DocumentFileTest, ProtectedVersion3KeepsPlainData)
     doc.start();
     ASSERT_TRUE(doc.load(path("old.zvap")));
     EXPECT_EQ(doc.dataSimulation(), QByteArray("plain bytes"));
+}
+
+TEST_F(DocumentFileTest, APreviewPastItsBoundsIsLeftOutAndTheDesignStillOpens)
+{
+    // A picture of one row, wider than the bound, is small as PNG all the same.
+    QImage wide(4097, 1, QImage::Format_Mono);
+    wide.fill(0);
+    QImage widest(4096, 1, QImage::Format_Mono);
+    widest.fill(0);
+    QImage small(2, 2, QImage::Format_ARGB32);
+    small.fill(Qt::red);
+    const auto streamedImage = [](const QImage &image) { return handMade([&](QDataStream &out) { out << image; }); };
+    const auto protectedFile = [](const QByteArray &preview) {
+        return handMade([](QDataStream &out) { out << protectedMagic << qint32(3) << QByteArray("results"); })
+             + preview;
+    };
+    // A sound picture with bytes behind it, past the bound.
+    const QByteArray overlong = streamedImage(small) + QByteArray(9 * 1024 * 1024, '\0');
+    const struct {
+        const char *what;
+        QByteArray preview;
+        const char *warning;
+    } cases[] = {
+        {"4097 pixels wide", streamedImage(wide), "its 4097×1 pixels are more than 4096×4096"},
+        {"nine megabytes", overlong, "bytes are more than 8388608"},
+    };
+    for (const auto &input : cases) {
+        writeAll(path("big.zvap"), protectedFile(input.preview));
+        const LogCatcher log;
+        Document doc;
+        doc.start();
+        ASSERT_TRUE(doc.load(path("big.zvap"))) << input.what;
+        EXPECT_TRUE(doc.isProtectedFile()) << input.what;
+        EXPECT_EQ(doc.dataSimulation(), QByteArray("results")) << input.what;
+        EXPECT_TRUE(doc.previewImage().isNull()) << input.what;
+        EXPECT_TRUE(log.contains(QStringLiteral("The preview of %1 is left out").arg(path("big.zvap")))) << input.what;
+        EXPECT_TRUE(log.contains(QString::fromUtf8(input.warning))) << input.what;
+    }
+
+    writeAll(path("wide.zvap"), protectedFile(streamedImage(widest)));
+    Document doc;
+    doc.start();
+    ASSERT_TRUE(doc.load(path("wide.zvap")));
+    EXPECT_EQ(doc.previewImage().size(), QSize(4096, 1)) << "a preview as wide as the bound is shown";
+
+    writeAll(path("broken.zvap"), protectedFile(streamedImage(small).left(30)));
+    Document broken;
+    broken.start();
+    EXPECT_FALSE(broken.load(path("broken.zvap"))) << "a preview cut short is damage";
 }
 
 TEST_F(DocumentFileTest, SimulationDataOutAndIn)

@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QtEndian>
 
+#include "analysis/DriveSettings.h"
+#include "analysis/MagnetostaticAnalysis.h"
 #include "base/StreamChecks.h"
 #include "document/CommandSetPropertyObject.h"
 #include "document/Document.h"
@@ -250,6 +252,77 @@ TEST(ReaderCorpus, EnumeratorsOutsideTheirEnumerationsAreRefused)
                    "77 is no value of Winding::Type"});
     expectRefused({"stator type 9 in the configuration",
                    withConfigValue(QStringLiteral("statorType"), variantHead(QMetaType::Int) + word(9)), "statorType"});
+}
+
+// The drive's block of the example, as the example's own drive writes it.
+QByteArray exampleDriveBlock(const QByteArray &example)
+{
+    Document doc(nullptr);
+    doc.start();
+    const LogCatcher log;
+    if (!load(example, log, &doc).loaded)
+        return QByteArray();
+    QByteArray block;
+    QDataStream out(&block, QIODevice::WriteOnly);
+    out.setVersion(QDataStream::Qt_5_13);
+    doc.driveSettings()->save(out);
+    return block;
+}
+
+TEST(ReaderCorpus, ChoicesOfTheDriveAndTheAnalysisOutsideTheirEnumerationsAreRefused)
+{
+    const QByteArray example = exampleBytes();
+    const QByteArray driveBlock = exampleDriveBlock(example);
+    const int drive = example.indexOf(driveBlock);
+    ASSERT_GT(drive, 0);
+    // The drive's block: version, waveform, input method, five currents and the DC
+    // voltage, the drive type, three doubles, the duty cycle, a double, the six-step
+    // option. The analysis block follows: version, solver type, accuracy, number of
+    // points, a reserved word, the time period mode.
+    const int analysis = drive + driveBlock.size();
+    ASSERT_EQ(example.mid(analysis, 4), word(2)) << "the analysis block's version";
+    const Case cases[] = {
+        {"a waveform past the last", replaced(example, drive + 4, word(2)), "the current waveform 2 is unknown"},
+        {"a negative input method", replaced(example, drive + 8, word(quint32(-1))),
+         "the current input method -1 is unknown"},
+        {"drive type 0", replaced(example, drive + 60, word(0)), "the drive type 0 is unknown"},
+        {"a duty cycle of 90 degrees", replaced(example, drive + 88, word(90)), "the switch duty cycle 90 is unknown"},
+        {"six-step option 4", replaced(example, drive + 100, word(4)), "the six-step option 4 is unknown"},
+        {"solver type 3", replaced(example, analysis + 4, word(3)), "the solver type 3 is unknown"},
+        {"an accuracy of three points", replaced(example, analysis + 8, word(3)), "the accuracy 3 is unknown"},
+        {"time period mode 0", replaced(example, analysis + 20, word(0)), "the time period mode 0 is unknown"},
+    };
+    for (const Case &input : cases)
+        expectRefused(input);
+}
+
+TEST(ReaderCorpus, HistoryValuesOfEnumeratedPropertiesOutsideTheirEnumerationsAreRefused)
+{
+    Document doc(nullptr);
+    doc.start();
+    const LogCatcher log;
+    QJsonObject json{{"type", "CommandSetPropertyObject"},
+                     {"object", "Winding"},
+                     {"nameProp", "circuit"},
+                     {"prevValue", QString::fromLatin1(streamed(QVariant(int(Winding::Star))).toBase64())}};
+    for (const QVariant &value : {QVariant(77), QVariant(1.5), QVariant(QStringLiteral("-3"))}) {
+        json["newValue"] = QString::fromLatin1(streamed(value).toBase64());
+        EXPECT_EQ(CommandSetPropertyObject::fromJson(json, &doc, nullptr), nullptr) << value.toString().toStdString();
+    }
+    EXPECT_TRUE(log.contains(QStringLiteral("circuit = 77 is no value of Circuit")));
+
+    json["object"] = doc.objectName();
+    json["nameProp"] = "machineType";
+    json["prevValue"] = json["newValue"] = QString::fromLatin1(streamed(QVariant(77)).toBase64());
+    EXPECT_EQ(CommandSetPropertyObject::fromJson(json, &doc, nullptr), nullptr) << "no machine is of type 77";
+
+    json["object"] = "Winding";
+    json["nameProp"] = "circuit";
+    json["prevValue"] = QString::fromLatin1(streamed(QVariant(int(Winding::Star))).toBase64());
+    json["newValue"] = QString::fromLatin1(streamed(QVariant(int(Winding::Delta))).toBase64());
+    UndoCommand *sound = CommandSetPropertyObject::fromJson(json, &doc, nullptr);
+    EXPECT_NE(sound, nullptr) << "an enumerator of the property's own is taken";
+    delete sound;
 }
 
 TEST(ReaderCorpus, ValuesThatWouldHangTheModelAreRefusedNamingTheField)
