@@ -186,7 +186,7 @@ SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, cons
     const double depth = slice.length * slice.copies();
     answer.coenergy = field.coenergy() * depth;
     for (const GapBand &band : slice.bands) {
-        const Eigen::Vector2d force = solver::airGapForce(field, {band.region}, band.height);
+        const Eigen::Vector2d force = solver::recutBandForce(field, {band.region}, band.height);
         const double sense = band.rotorAbove ? 1.0 : -1.0;
         answer.torque.push_back(sense * force.x() * depth * slice.radius);
         answer.normal.push_back(sense * force.y() * depth);
