@@ -98,4 +98,19 @@ Eigen::VectorXd DofMap::nodePotentials(const Eigen::VectorXd &unknowns) const
     return potentials;
 }
 
+Eigen::VectorXd DofMap::unknowns(const Eigen::VectorXd &nodePotentials) const
+{
+    Eigen::VectorXd unknowns = Eigen::VectorXd::Zero(m_dofCount);
+    std::vector<char> taken(static_cast<std::size_t>(m_dofCount), 0);
+    const std::size_t given = std::min(m_dof.size(), static_cast<std::size_t>(nodePotentials.size()));
+    for (std::size_t node = 0; node < given; ++node) {
+        const int dof = m_dof[node];
+        if (dof < 0 || taken[static_cast<std::size_t>(dof)])
+            continue;
+        unknowns(dof) = m_sign[node] * nodePotentials(static_cast<Eigen::Index>(node));
+        taken[static_cast<std::size_t>(dof)] = 1;
+    }
+    return unknowns;
+}
+
 } // namespace solver

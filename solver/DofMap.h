@@ -22,6 +22,9 @@ public:
 
     double potential(int node, const Eigen::VectorXd &unknowns) const;
     Eigen::VectorXd nodePotentials(const Eigen::VectorXd &unknowns) const;
+    // The unknowns from the potentials of the first nodes: each takes that of the first
+    // node that follows it; those that no given node follows are 0.
+    Eigen::VectorXd unknowns(const Eigen::VectorXd &nodePotentials) const;
 
 private:
     std::vector<int> m_dof;

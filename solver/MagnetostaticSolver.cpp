@@ -129,12 +129,23 @@ double MagnetostaticSolver::functional(const Eigen::VectorXd &unknowns) const
 
 Solution MagnetostaticSolver::solve() const
 {
+    return iterate(Eigen::VectorXd::Zero(m_dofs.dofCount()));
+}
+
+Solution MagnetostaticSolver::solveFrom(const Eigen::VectorXd &guess) const
+{
+    return iterate(m_dofs.unknowns(guess));
+}
+
+Solution MagnetostaticSolver::iterate(Eigen::VectorXd unknowns) const
+{
     Solution solution;
     JacobianSolver linearSolver;
-    Eigen::VectorXd unknowns = Eigen::VectorXd::Zero(m_dofs.dofCount());
     Matrix jacobian;
     Eigen::VectorXd residual = assemble(unknowns, &jacobian);
-    const double reference = residual.norm();
+    // The tolerance is relative to the residual of the zero field, wherever the
+    // iterations start.
+    const double reference = unknowns.isZero(0.0) ? residual.norm() : assemble(Eigen::VectorXd::Zero(unknowns.size()), nullptr).norm();
     solution.converged = reference == 0.0;
     while (!solution.converged && solution.iterations < m_settings.maxIterations) {
         const Eigen::VectorXd step = linearSolver.solve(jacobian, -residual);

@@ -38,10 +38,14 @@ public:
     MagnetostaticSolver(const Problem &problem, SolverSettings settings);
 
     Solution solve() const;
+    // The same from a guess of the first nodes' potentials, such as the answer of a
+    // problem that differs a little and numbers those nodes alike; at least one step.
+    Solution solveFrom(const Eigen::VectorXd &guess) const;
 
 private:
     using Matrix = Eigen::SparseMatrix<double>;
 
+    Solution iterate(Eigen::VectorXd unknowns) const;
     // The residual K(a) a - f of the unknowns and, when asked, its Jacobian.
     Eigen::VectorXd assemble(const Eigen::VectorXd &unknowns, Matrix *jacobian) const;
     // The convex functional whose gradient the residual is: the field energy less the

@@ -172,21 +172,24 @@ SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, doubl
     return result;
 }
 
-SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const
+SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents,
+                                     double tolerance, const Eigen::VectorXd &guess) const
 {
     SliceAnswer answer;
-    const solver::SolverSettings settings{m_machine.linear, m_settings.tolerance, m_settings.maxIterations};
+    const solver::SolverSettings settings{m_machine.linear, tolerance, m_settings.maxIterations};
     const solver::Problem problem = slice.problemAt(shift, currents);
-    const solver::Solution solution = solver::MagnetostaticSolver(problem, settings).solve();
+    const solver::MagnetostaticSolver solver(problem, settings);
+    const solver::Solution solution = guess.size() > 0 ? solver.solveFrom(guess) : solver.solve();
     answer.converged = solution.converged;
     answer.residual = solution.residual;
     if (!solution.converged)
         return answer;
+    answer.potential = solution.potential.head(Eigen::Index(slice.base.mesh.nodes.size()));
     const solver::FieldSolution field(problem, solution.potential, m_machine.linear);
     const double depth = slice.length * slice.copies();
     answer.coenergy = field.coenergy() * depth;
     for (const GapBand &band : slice.bands) {
-        const Eigen::Vector2d force = solver::airGapForce(field, {band.region}, band.height);
+        const Eigen::Vector2d force = solver::recutBandForce(field, {band.region}, band.height);
         const double sense = band.rotorAbove ? 1.0 : -1.0;
         answer.torque.push_back(sense * force.x() * depth * slice.radius);
         answer.normal.push_back(sense * force.y() * depth);
@@ -235,13 +238,25 @@ SliceAnswer TimeStepping::answerAt(const SliceModel &slice, double angle, const 
     // co-energy, the integral of B dH from H = 0, moves with them.
     const double first = virtualWork ? lower - 1.0 : lower;
     const double last = lower + (between ? 1.0 : 0.0) + (virtualWork ? 1.0 : 0.0);
-    std::vector<SliceAnswer> solved;
-    for (double k = first; k < last + 0.5; k += 1.0) {
-        solved.push_back(solveSlice(slice, origin + k * step, currents));
-        if (!solved.back().converged)
-            return solved.back();
-    }
+    // The first shift at or below the angle is solved from the zero field; the others,
+    // a band segment or two away, start from the answer of their neighbour towards it,
+    // the rotor's potentials carried along with its nodes, and take a few steps. The
+    // co-energy changes over a segment by the torque's small work, which the run's
+    // tolerance would drown: its solves go a hundred times further.
+    const double tolerance = virtualWork ? 1e-2 * m_settings.tolerance : m_settings.tolerance;
     const std::size_t at = virtualWork ? 1 : 0;
+    std::vector<SliceAnswer> solved(std::size_t(std::lround(last - first)) + 1);
+    solved[at] = solveSlice(slice, origin + lower * step, currents, tolerance);
+    if (!solved[at].converged)
+        return solved[at];
+    for (std::size_t n = 0; n < solved.size(); ++n) {
+        if (n == at)
+            continue;
+        solved[n] = solveSlice(slice, origin + (first + double(n)) * step, currents, tolerance,
+                               solved[n < at ? at : n - 1].potential);
+        if (!solved[n].converged)
+            return solved[n];
+    }
     SliceAnswer answer = between ? SliceAnswer::blend(solved[at], solved[at + 1], share) : solved[at];
     if (virtualWork) {
         const auto torqueAt = [&](std::size_t k) {

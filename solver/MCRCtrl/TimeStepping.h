@@ -70,6 +70,9 @@ struct SliceAnswer
     double bandIntegral = 0.0;
     double bandMax = 0.0;
     std::vector<Eigen::Vector2d> ironField;
+    // The potentials of the slice's own nodes, which keep their numbers at any shift: a
+    // start for the solves at the neighbouring shifts.
+    Eigen::VectorXd potential;
 
     // Linear between two answers; a failed one stands for both.
     static SliceAnswer blend(const SliceAnswer &a, const SliceAnswer &b, double share);
@@ -99,7 +102,7 @@ public:
     double phaseCurrent() const;
     // The whole machine at a mechanical angle with phase currents: torque and forces,
     // and the flux linkages of one parallel path of each phase. The torque by virtual
-    // work costs two more solves per slice where the band is in line.
+    // work costs two more solves per slice, which start from their neighbour's answer.
     PositionResult solveAt(double time, double angle, const std::array<double, 3> &currents, int position,
                            bool virtualWork = false) const;
 
@@ -114,7 +117,9 @@ public:
     matvar_t *results() const;
 
 private:
-    SliceAnswer solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents) const;
+    // From the zero field, or from the potentials of a solve at a nearby shift.
+    SliceAnswer solveSlice(const SliceModel &slice, double shift, const std::array<double, 3> &currents, double tolerance,
+                           const Eigen::VectorXd &guess = {}) const;
     // The slice at a rotor angle, its band cut where it is in line.
     SliceAnswer answerAt(const SliceModel &slice, double angle, const std::array<double, 3> &currents, bool virtualWork) const;
     double electricalFrequency() const;
