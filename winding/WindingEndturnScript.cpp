@@ -9,7 +9,9 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QScopedValueRollback>
+#include <BRepBndLib.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
+#include <Bnd_Box.hxx>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -358,12 +360,32 @@ double WindingObject::distanceBetweenEndturns(const QJSValue &items)
     std::vector<servoce::shape> paths;
     if (!readEndturnItems(items, paths))
         return 0.0;
-    double smallest = std::numeric_limits<double>::max();
+    // The gap between two bounding boxes is a lower bound of the paths' distance: pairs
+    // are measured from the closest boxes on, and those whose boxes lie farther apart
+    // than the smallest distance found cannot change it.
+    std::vector<Bnd_Box> boxes(paths.size());
+    for (size_t i = 0; i < paths.size(); ++i)
+        BRepBndLib::Add(paths[i].Shape(), boxes[i]);
+    struct Pair
+    {
+        double boxGap;
+        size_t first;
+        size_t second;
+    };
+    std::vector<Pair> pairs;
     for (size_t i = 0; i < paths.size(); ++i) {
         for (size_t k = i + 1; k < paths.size(); ++k) {
-            if (const auto points = closestPoints(paths[i], paths[k]))
-                smallest = std::min(smallest, points->distance);
+            const bool bounded = !boxes[i].IsVoid() && !boxes[k].IsVoid();
+            pairs.push_back({bounded ? boxes[i].Distance(boxes[k]) : 0.0, i, k});
         }
+    }
+    std::sort(pairs.begin(), pairs.end(), [](const Pair &a, const Pair &b) { return a.boxGap < b.boxGap; });
+    double smallest = std::numeric_limits<double>::max();
+    for (const Pair &pair : pairs) {
+        if (pair.boxGap >= smallest)
+            break;
+        if (const auto points = closestPoints(paths[pair.first], paths[pair.second]))
+            smallest = std::min(smallest, points->distance);
     }
     return smallest;
 }
