@@ -17,7 +17,6 @@ ModifiedFadeLabel::ModifiedFadeLabel(QWidget *parent)
                                  "background-color: rgba(255, 252, 207, 200); border: 1px solid rgb(197, 197, 197); }"));
     auto *text = new QLabel(tr("Geometry modified"), this);
     text->setObjectName(QStringLiteral("labelText"));
-    text->setFont(font());
     text->setAlignment(Qt::AlignCenter);
     auto *apply = new QPushButton(tr("Apply"), this);
     apply->setObjectName(QStringLiteral("buttonApply"));
