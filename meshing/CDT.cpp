@@ -90,6 +90,7 @@ Transformation transformationOf(const QTransform &transform)
 
 struct CDT::Private
 {
+    VertexHandle hullVertexNear(const FaceHandle &outside, const Point &point) const;
     VertexHandle insert(const Point &point);
     bool insertConstraint(const Point &p1, const Point &p2, const VertexType *type);
     void insertAll(const Triangulation &other);
@@ -102,6 +103,28 @@ struct CDT::Private
 
     Triangulation tr;
 };
+
+// Outside the hull, locate gives any hull edge the point sees, which need not end at the
+// hull vertex the point is a rounding error off: the walk covers every edge it sees.
+VertexHandle CDT::Private::hullVertexNear(const FaceHandle &outside, const Point &point) const
+{
+    for (const bool clockwise : {true, false}) {
+        FaceHandle face = outside;
+        do {
+            const int infinite = face->index(tr.infinite_vertex());
+            const VertexHandle a = face->vertex(Triangulation::ccw(infinite));
+            const VertexHandle b = face->vertex(Triangulation::cw(infinite));
+            if (near(a->point(), point))
+                return a;
+            if (near(b->point(), point))
+                return b;
+            if (CGAL::orientation(a->point(), b->point(), point) == CGAL::RIGHT_TURN)
+                break;
+            face = face->neighbor(clockwise ? Triangulation::cw(infinite) : Triangulation::ccw(infinite));
+        } while (face != outside);
+    }
+    return {};
+}
 
 VertexHandle CDT::Private::insert(const Point &point)
 {
@@ -129,6 +152,10 @@ VertexHandle CDT::Private::insert(const Point &point)
         const VertexHandle corner = face->vertex(i);
         if (corner != VertexHandle() && !tr.is_infinite(corner) && near(corner->point(), point))
             return corner;
+    }
+    if (type == Triangulation::OUTSIDE_CONVEX_HULL && tr.dimension() == 2 && face->has_vertex(tr.infinite_vertex())) {
+        if (const VertexHandle close = hullVertexNear(face, point); close != VertexHandle())
+            return close;
     }
     const VertexHandle inserted = tr.insert(point, type, face, index);
     if (inserted == VertexHandle())

@@ -78,8 +78,9 @@ CDT SliceMesher::cell(const MeshBody &body, int index, double radius) const
     lines.appendLine({0.0, top}, {2 * halfPitch, top});
     lines.appendLine({0.0, bottom}, {2 * halfPitch, bottom});
     kept += lines.linesAtAbscissa(halfPitch);
-    lines.appendLine({0.0, top}, {0.0, bottom});
-    lines.appendLine({halfPitch, top}, {halfPitch, bottom});
+    // Closed at the pitch's far end too, the lines right of the cell are no offshoots.
+    for (const double x : {0.0, halfPitch, 2 * halfPitch})
+        lines.appendLine({x, top}, {x, bottom});
 
     Shape2DList quarter = GeometryGenerator().createGeometrySegments(lines, 1e-5, false, true).lines().leftOf(halfPitch);
     if (body.mirrored)

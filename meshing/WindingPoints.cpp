@@ -97,12 +97,12 @@ QList<PointF> WindingPoints::slicePoints(const MeshBody &body, const ShapeList &
     const auto step = [&body](const char *text) { return QString::fromLatin1(text).arg(body.name); };
     const double halfPitch = radius * qDegreesToRadians(body.pitch) / 2.0;
     Shape2DList lines = CylindricalSectionCreater(radius, m_settings.height, m_settings.sizeLimit).create(pitch);
-    if (lines.isEmpty()) {
-        lines.appendLine({0.0, body.bottom}, {halfPitch, body.bottom});
-        lines.appendLine({0.0, body.top}, {halfPitch, body.top});
-    }
-    lines.appendLine({0.0, body.bottom}, {0.0, body.top});
-    lines.appendLine({halfPitch, body.bottom}, {halfPitch, body.top});
+    // The frame of the whole pitch closes the cut where air meets a face, as at a slot
+    // opening: the cut's outline is then one region.
+    lines.appendLine({0.0, body.bottom}, {2 * halfPitch, body.bottom});
+    lines.appendLine({0.0, body.top}, {2 * halfPitch, body.top});
+    for (const double x : {0.0, halfPitch, 2 * halfPitch})
+        lines.appendLine({x, body.bottom}, {x, body.top});
     if (body.mirrored)
         lines.appendLine({0.0, body.middle}, {halfPitch, body.middle});
     const std::optional<GapRows> &below = body.gapBelow;

@@ -50,6 +50,26 @@ TEST(CDT, InsertsWithATolerance)
     EXPECT_EQ(cdt.numberOfVertices(), 4);
 }
 
+// Just outside a long straight side, a point sees every edge of that side; whichever one
+// the search lands on, a point a rounding error off the far corner is still that corner.
+TEST(CDT, SnapsToTheHullCornerAPointOutsideIsARoundingErrorOff)
+{
+    CDT cdt = rectangle(0, 0, 10, 10);
+    for (int k = 1; k < 10; ++k)
+        cdt.insert(PointF(10, k));
+    const int vertices = cdt.numberOfVertices();
+    for (const PointF &offCorner : {PointF(10 + 1e-14, 10), PointF(10 + 1e-14, 0), PointF(10 + 5e-8, 10 + 5e-8),
+                                    PointF(-1e-14, 10), PointF(5, 10 + 1e-14)}) {
+        SCOPED_TRACE(offCorner.x());
+        const std::optional<PointF> vertex = cdt.insert(offCorner);
+        ASSERT_TRUE(vertex);
+        EXPECT_NEAR(vertex->x(), offCorner.x(), 1e-7);
+        EXPECT_NEAR(vertex->y(), offCorner.y(), 1e-7);
+    }
+    EXPECT_EQ(cdt.numberOfVertices(), vertices + 1);
+    EXPECT_EQ(*cdt.insert(PointF(10 + 1e-6, 5)), PointF(10 + 1e-6, 5));
+}
+
 TEST(CDT, RejectsDegenerateInputWithoutHarm)
 {
     ShapeLog log;

@@ -185,6 +185,12 @@ inline ::testing::AssertionResult meetsFacts(const CDT &cdt, const MeshFacts &fa
                  QStringLiteral("%1 mm from %2 to %3").arg(length).arg(flat::pointText(a), flat::pointText(b)));
             marks.edges.append(QLineF(a, b));
         }
+        // Two nodes a rounding error apart are one point the mesher failed to merge.
+        if (length < tolerance) {
+            fail(QStringLiteral("sides shorter than a rounding error"),
+                 QStringLiteral("%1 mm at %2").arg(length).arg(flat::pointText(a)));
+            marks.points.append(a);
+        }
         if (count > 2 || (count == 1 && !onOutline(facts, a, b))) {
             fail(count > 2 ? QStringLiteral("sides of more than two triangles")
                            : QStringLiteral("sides of one triangle inside the outline"),
