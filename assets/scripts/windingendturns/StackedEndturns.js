@@ -52,29 +52,47 @@ function extentsOverlap(p, q) {
     return d < p.length - hair || d + q.length > 2 * Math.PI + hair;
 }
 
-// Greedy levels round the circle: each end turn takes the lowest level that none of those it
-// overlaps already holds. A coil round the yoke covers no arc and needs no level.
+// Whether no two end turns on one level overlap.
+function levelsPart(extents, levels) {
+    for (var i = 0; i < extents.length; ++i) {
+        for (var j = i + 1; j < extents.length; ++j) {
+            if (levels[i] === levels[j] && extentsOverlap(extents[i], extents[j]))
+                return false;
+        }
+    }
+    return true;
+}
+
+// Levels round the circle: taking the end turns in the order of their arcs, the levels repeat
+// with the fewest that part the overlapping ones, as in a regular winding; else each end turn
+// takes the lowest level that none of those it overlaps already holds, where that needs fewer.
+// A coil round the yoke covers no arc and needs no level.
 function levelsOf(ends) {
     var extents = ends.map(extentOf);
-    var order = ends.map(function (e, i) { return i; });
-    order.sort(function (i, j) { return extents[i].from - extents[j].from; });
-    var levels = ends.map(function () { return 0; });
-    var placed = [];
-    order.forEach(function (i) {
-        if (extents[i].length < eps)
-            return;
-        var taken = [];
-        placed.forEach(function (j) {
-            if (extentsOverlap(extents[i], extents[j]))
-                taken[levels[j]] = true;
-        });
-        var level = 0;
-        while (taken[level])
-            ++level;
-        levels[i] = level;
-        placed.push(i);
+    var order = [];
+    ends.forEach(function (e, i) {
+        if (extents[i].length >= eps)
+            order.push(i);
     });
-    return levels;
+    order.sort(function (i, j) { return extents[i].from - extents[j].from; });
+    var greedy = ends.map(function () { return 0; });
+    order.forEach(function (i, k) {
+        var taken = [];
+        order.slice(0, k).forEach(function (j) {
+            if (extentsOverlap(extents[i], extents[j]))
+                taken[greedy[j]] = true;
+        });
+        while (taken[greedy[i]])
+            ++greedy[i];
+    });
+    var most = Math.max.apply(null, greedy.concat([0]));
+    for (var count = 1; count <= most; ++count) {
+        var cyclic = ends.map(function () { return 0; });
+        order.forEach(function (i, k) { cyclic[i] = k % count; });
+        if (levelsPart(extents, cyclic))
+            return cyclic;
+    }
+    return greedy;
 }
 
 // --- Paths drawn in developed coordinates: r from the axis, u the length along the run round
