@@ -3,7 +3,9 @@
 // inner radius at the inside. The arch rises a quarter of its chord above the slot circle, but
 // at least one coil width, so that it clears the coil ends it passes over. A coil round the
 // yoke arches over the rim of the body from one face to the other. Whether the arches of a side
-// do clear each other is measured, and told as an overlap where they don't.
+// do clear each other is measured, and told as an overlap where they don't: the arches of
+// neighbouring coils whose spans overlap, as in a distributed winding, cross. The stacked end
+// turns of StackedEndturns.js part those, for more room beside the stator.
 
 include("../include/EndturnArch.js");
 
