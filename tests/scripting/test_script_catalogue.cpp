@@ -218,9 +218,11 @@ TEST(ScriptCatalogueTest, TheShippedCataloguesListScriptsForEveryMachine)
             });
             EXPECT_TRUE(served) << Machine::typeText(type).toStdString();
         }
-        for (const ScriptDescribe &entry : *list)
+        for (const ScriptDescribe &entry : *list) {
             EXPECT_TRUE(entry.isSeparator() || entry.script().endsWith(QLatin1String(".js")))
                 << entry.name().toStdString();
+            EXPECT_TRUE(entry.isSeparator() || entry.fileExists()) << entry.name().toStdString() << " names no shipped file";
+        }
     }
     EXPECT_EQ(&ScriptDescribeList::stators(), lists[0]) << "read once";
     EXPECT_EQ(ScriptDescribeList::stators().folder(), QStringLiteral(ZDS_SOURCE_DIR "/assets/scripts/stator"));
