@@ -7,6 +7,7 @@
 #include <QPluginLoader>
 #include <QTemporaryDir>
 #include <cmath>
+#include <functional>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -506,6 +507,53 @@ TEST(SolverSteps, PluginBesideTheProgramLoads)
     solver->runMStimestepping(path);
     ASSERT_EQ(console.errors.size(), 1);
     EXPECT_TRUE(console.errors.front().contains(QStringLiteral("Geometry")));
+    solver->setConsole(nullptr);
+    loader.unload();
+}
+
+// A damaged exchange file gives the plug-in's first step an error that says so, in the
+// file as the answer, and no crash: cut short, or with a variable that declares more
+// bytes than the file holds, which libmatio would try to allocate.
+TEST(SolverSteps, PluginRefusesADamagedExchangeFile)
+{
+    QPluginLoader loader(programFolder() + QStringLiteral("/MCRCtrl"));
+    ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
+    auto *solver = qobject_cast<MCRCtrlInterface *>(loader.instance());
+    ASSERT_NE(solver, nullptr);
+    struct Console : MCRCtrlInterface::Console
+    {
+        QStringList errors;
+        void info(const QString &) override {}
+        void error(const QString &text) override { errors << text; }
+    } console;
+    solver->setConsole(&console);
+
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("step.mat"));
+    const auto damaged = [&](const std::function<void(QByteArray &)> &damage) {
+        writeMatFile(path, {mat::text(QStringLiteral("file"), folder.filePath(QStringLiteral("design.zva"))),
+                            mat::number(QStringLiteral("motorProps"), 0.0)});
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        QByteArray bytes = file.readAll();
+        file.close();
+        damage(bytes);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(bytes);
+    };
+    // The first variable's size follows its type, after the 128 bytes of the header.
+    const std::vector<std::function<void(QByteArray &)>> damages{
+        [](QByteArray &bytes) { bytes.truncate(150); },
+        [](QByteArray &bytes) { bytes.replace(132, 4, QByteArray("\xf0\xff\xff\x7f", 4)); },
+    };
+    for (const auto &damage : damages) {
+        console.errors.clear();
+        damaged(damage);
+        solver->runAssembleZVA(path);
+        ASSERT_EQ(console.errors.size(), 1);
+        EXPECT_TRUE(console.errors.front().startsWith(QStringLiteral("Can't read the exchange file"))) << console.errors.front().toStdString();
+        EXPECT_EQ(MatReader(path).value(QStringLiteral("Error")).text, console.errors.front());
+    }
     solver->setConsole(nullptr);
     loader.unload();
 }
