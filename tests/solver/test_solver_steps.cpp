@@ -118,6 +118,13 @@ TEST_F(ExampleSteps, AssemblyGivesTheVariablesWithTheMaterialData)
     EXPECT_GT(materials.field("statorironBH", "Materials").columns, 10);
     EXPECT_NEAR(materials.field("magnetBr", "Materials").number("magnetBr"), 1.3, 0.1);
     EXPECT_EQ(materials.field("statorironmaterial", "Materials").text, QStringLiteral("M270-35A"));
+    // What the magnet's file gives for its demagnetisation and eddy currents.
+    EXPECT_GT(materials.field("magnetHcj", "Materials").number("magnetHcj"), 1e5);
+    EXPECT_GT(materials.field("magnetResistivity", "Materials").number("magnetResistivity"), 1e-7);
+    // The winding's strand diameter, mm, which the program gives among its properties.
+    const double diameter = reader.value(QStringLiteral("Windings")).field("strandDiameter", "Windings").number("strandDiameter");
+    EXPECT_GT(diameter, 0.1);
+    EXPECT_LT(diameter, 5.0);
     EXPECT_TRUE(messages.info.filter(QStringLiteral("Assembled 3 slices")).size() == 1) << messages.info.join('\n').toStdString();
 }
 
@@ -180,6 +187,19 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     for (const double value : byFlux)
         meanTorque += value / 6.0;
     EXPECT_NEAR(number("Pinput") - number("Ps"), meanTorque * 2.0 * M_PI * 1000.0 / 60.0, 0.02 * number("Pinput"));
+    // The magnets' part of that torque and the currents' own make it up at every
+    // position. With the current in phase with the back-EMF, the magnets' part is their
+    // power over the speed, 3 E I / Omega; the rest, with no d-axis current, only the
+    // saturation's, is small.
+    const std::vector<double> &magnetPart = data.field("Torque_magnet", "Timesteppingdata").numbers;
+    const std::vector<double> &reluctancePart = data.field("Torque_reluctance", "Timesteppingdata").numbers;
+    ASSERT_EQ(magnetPart.size(), 6u);
+    ASSERT_EQ(reluctancePart.size(), 6u);
+    for (std::size_t k = 0; k < 6; ++k)
+        EXPECT_NEAR(magnetPart[k] + reluctancePart[k], byFlux[k], 1e-9 * torque) << "position " << k;
+    EXPECT_NEAR(number("torque_magnet"), 3.0 * emf * 10.0 / (2.0 * M_PI * 1000.0 / 60.0), 1e-9 * torque);
+    EXPECT_NEAR(number("torque_magnet") + number("torque_reluctance"), meanTorque, 1e-9 * torque);
+    EXPECT_LT(std::abs(number("torque_reluctance")), 0.1 * torque);
     // The co-energy's rise at fixed currents, magnets included, as the rotor moves a
     // band segment either way: it keeps the energy balance of the positions in line,
     // and the stress in the band, integrated over both cuts of each of its rectangles,
@@ -211,6 +231,25 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
         EXPECT_LT(number(name), 2.1) << name;
     }
     EXPECT_EQ(number("nWindingsInSeries"), 1.0);
+
+    // The magnets: their eddy currents over the period, and the field against them,
+    // which stays below their coercivity at this current.
+    const std::vector<double> &magnetLoss = data.field("MagnetLoss", "Timesteppingdata").numbers;
+    ASSERT_EQ(magnetLoss.size(), 6u);
+    double meanMagnetLoss = 0.0;
+    for (const double value : magnetLoss)
+        meanMagnetLoss += value / 6.0;
+    EXPECT_GT(meanMagnetLoss, 0.0);
+    EXPECT_NEAR(number("magnetloss_rotor"), meanMagnetLoss, 1e-9 * meanMagnetLoss);
+    // Its coils are wound of two strands of 20 AWG, 0.8128 mm.
+    EXPECT_NEAR(number("CurrentDensity"), 10.0 / (2.0 * M_PI * 0.8128 * 0.8128 / 4.0), 0.005 * number("CurrentDensity"));
+    EXPECT_GT(number("DemagH_max"), 0.0);
+    EXPECT_GT(number("DemagHpercent_max"), 0.0);
+    EXPECT_LT(number("DemagHpercent_max"), 100.0);
+    std::cout << "Example at 10 A: magnet loss " << meanMagnetLoss << " W, largest demagnetising field " << number("DemagH_max")
+              << " A/m (" << number("DemagHpercent_max") << " % of Hcj), current density " << number("CurrentDensity")
+              << " A/mm2, torque " << torque << " N m: magnets " << number("torque_magnet") << ", reluctance "
+              << number("torque_reluctance") << "\n";
 }
 
 TEST_F(ExampleSteps, IronLossesOfAPeriodAgreeWithAHandEstimate)
@@ -243,8 +282,9 @@ TEST_F(ExampleSteps, IronLossesOfAPeriodAgreeWithAHandEstimate)
     EXPECT_GT(efficiency, 0.0);
     EXPECT_LT(efficiency, 100.0);
     const double mechanical = number("Pmech");
-    EXPECT_NEAR(efficiency, 100.0 * mechanical / (mechanical + number("Ps") + number("Piron")), 1e-9);
+    EXPECT_NEAR(efficiency, 100.0 * mechanical / (mechanical + number("Ps") + number("Piron") + number("magnetloss_rotor")), 1e-9);
     EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("iron core")));
+    EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("magnet eddy currents")));
 
     // By hand: the stator iron's mass at the specific loss of the fundamental, for the
     // largest over the period of the mean flux density in the teeth, the stator iron
@@ -315,9 +355,9 @@ TEST_F(ExampleSteps, SinglePointRunLeavesTheWaveformRowsNotComputed)
     const MatReader reader(path);
     const MatValue results = reader.value(QStringLiteral("Results"));
     const MatValue data = reader.value(QStringLiteral("Timesteppingdata"));
-    for (const char *name : {"Vd", "Vq", "Pinput", "PowerFactor", "Piron", "Piron_hyst", "Piron_eddy", "Vs"})
+    for (const char *name : {"Vd", "Vq", "Pinput", "PowerFactor", "Piron", "Piron_hyst", "Piron_eddy", "Vs", "magnetloss_rotor"})
         EXPECT_EQ(results.field(QString::fromLatin1(name), "Results").text, QStringLiteral("not computed")) << name;
-    for (const char *name : {"Vd", "Vq", "BackEMFd", "BackEMFq", "Pinput"})
+    for (const char *name : {"Vd", "Vq", "BackEMFd", "BackEMFq", "Pinput", "MagnetLoss"})
         EXPECT_EQ(data.field(QString::fromLatin1(name), "Timesteppingdata").text, QStringLiteral("not computed")) << name;
     EXPECT_TRUE(results.field("Piron_tooltip", "Results").text.contains(QStringLiteral("at least 4 positions")));
     EXPECT_FALSE(results.findField(QStringLiteral("Piron_hyst_stator")));
@@ -325,6 +365,7 @@ TEST_F(ExampleSteps, SinglePointRunLeavesTheWaveformRowsNotComputed)
     EXPECT_EQ(results.field("Is", "Results").numbers.size(), 2u);
     EXPECT_GT(results.field("Efficiency", "Results").number("Efficiency"), 0.0);
     EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("iron core loss is not computed")));
+    EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("magnet loss is not computed")));
 }
 
 TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
@@ -332,6 +373,7 @@ TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
     ASSERT_TRUE(assembledOk);
     ExchangeData data = exchange();
     data.materials.elements.front().erase(QStringLiteral("statorironLoss"));
+    data.materials.elements.front().erase(QStringLiteral("magnetResistivity"));
     const MachineData machine = readMachine(data, true);
     EXPECT_FALSE(machine.statorIron.coefficients);
     RunSettings settings;
@@ -344,6 +386,8 @@ TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
     EXPECT_FALSE(stepping.ironLosses());
     EXPECT_EQ(progress.filter(QStringLiteral("The iron losses are not computed: the iron 'M270-35A' has no iron loss data")).size(), 1)
         << progress.join('\n').toStdString();
+    EXPECT_FALSE(stepping.magnetLosses());
+    EXPECT_EQ(progress.filter(QStringLiteral("The magnet losses are not computed: the magnet's file gives no electric resistivity")).size(), 1);
 }
 
 TEST_F(ExampleSteps, MutualInductancesOfTheExampleAreSymmetric)
