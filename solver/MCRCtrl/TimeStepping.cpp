@@ -469,8 +469,10 @@ bool TimeStepping::hasMagnets() const
 void TimeStepping::findMagnetLosses(const Progress &progress)
 {
     m_magnetLosses.reset();
-    if (!hasMagnets())
+    if (!hasMagnets()) {
+        m_magnetLosses = std::vector<double>(m_positions.size(), 0.0);
         return;
+    }
     const auto notComputedFor = [&](const QString &reason) {
         progress(QStringLiteral("The magnet losses are not computed: %1").arg(reason));
     };

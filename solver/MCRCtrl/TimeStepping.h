@@ -119,8 +119,8 @@ public:
     const std::vector<PositionResult> &positions() const { return m_positions; }
     // Empty when the run or the materials do not allow them.
     const std::optional<IronLosses> &ironLosses() const { return m_ironLosses; }
-    // Of the magnets' eddy currents at each position, W; empty when the run or the
-    // magnet does not allow them.
+    // Of the magnets' eddy currents at each position, W, nothing without magnets; empty
+    // when the run or the magnet does not allow them.
     const std::optional<std::vector<double>> &magnetLosses() const { return m_magnetLosses; }
     IronFluxDensities ironFluxDensities() const;
     // The largest H against the magnetisation in any magnet at any position, A/m, 0 when

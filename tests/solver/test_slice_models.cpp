@@ -438,3 +438,21 @@ TEST(SliceModels, NormalForcesAreNamedForEachBodyOfTheMachine)
     EXPECT_EQ(unnamed.field("Fn_stator", "Timesteppingdata").text, QStringLiteral("not computed"));
     EXPECT_EQ(unnamed.findField("Fn_rotor1"), nullptr);
 }
+
+// Without magnets there is no magnet loss and no field against a magnetisation.
+TEST(SliceModels, MachineWithoutMagnetsLosesNothingInThem)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    exchange.field(exchange.data.subdomains, "MaterialType").items[0].items[1] = mat_values::text("General");
+    const MachineData machine = readMachine(exchange.data, true);
+    RunSettings run = settings(true);
+    run.points = 4;
+    run.current = 10.0;
+    TimeStepping stepping(readSlices(exchange.data, machine), machine, run);
+    stepping.run([](const QString &) {});
+    ASSERT_TRUE(stepping.magnetLosses());
+    EXPECT_EQ(*stepping.magnetLosses(), std::vector<double>(4, 0.0));
+    const MatValue results = resultsOf(stepping);
+    EXPECT_EQ(results.field("magnetloss_rotor", "Results").number("magnetloss_rotor"), 0.0);
+    EXPECT_EQ(results.field("DemagH_max", "Results").text, QStringLiteral("not computed"));
+}

@@ -368,6 +368,31 @@ TEST_F(ExampleSteps, SinglePointRunLeavesTheWaveformRowsNotComputed)
     EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("magnet loss is not computed")));
 }
 
+// With current on both axes the reluctance torque is that of the apparent inductances
+// of the operating point, which the results give too: 1.5 p (Ld - Lq) Id Iq.
+TEST_F(ExampleSteps, ReluctanceTorqueFollowsTheApparentInductances)
+{
+    ASSERT_TRUE(assembledOk);
+    const ExchangeData data = exchange();
+    const MachineData machine = readMachine(data, false);
+    RunSettings settings;
+    settings.points = 6;
+    settings.advanceAngle = 30.0;
+    settings.currentMethod = QStringLiteral("RMS phase current");
+    settings.current = 10.0;
+    TimeStepping stepping(readSlices(data, machine), machine, settings);
+    stepping.run([](const QString &) {});
+    const std::unique_ptr<matvar_t, void (*)(matvar_t *)> variable(stepping.results(), mat::release);
+    const MatValue results = MatValue::from(variable.get());
+    const auto number = [&](const char *name) { return results.field(QString::fromLatin1(name), "Results").number(name); };
+    EXPECT_NEAR(number("Id"), -std::sqrt(2.0) * 10.0 * 0.5, 1e-9);
+    const double reluctance = 1.5 * machine.polePairs * (number("Ld") - number("Lq")) * number("Id") * number("Iq");
+    EXPECT_NEAR(number("torque_reluctance"), reluctance, 1e-6 * number("torque"));
+    EXPECT_NEAR(number("torque_magnet"), 1.5 * machine.polePairs * number("Ke_rad") / machine.polePairs * number("Iq"), 1e-9 * number("torque"));
+    std::cout << "Example at 30 el. deg: torque " << number("torque") << " N m, magnets " << number("torque_magnet") << ", reluctance "
+              << reluctance << " (Ld " << number("Ld") << " H, Lq " << number("Lq") << " H)\n";
+}
+
 TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
 {
     ASSERT_TRUE(assembledOk);
