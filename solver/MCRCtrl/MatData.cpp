@@ -1,5 +1,7 @@
 #include "solver/MCRCtrl/MatData.h"
 
+#include "analysis/MatFileCheck.h"
+
 #include <QFile>
 #include <matio.h>
 #include <cstdlib>
@@ -193,6 +195,10 @@ void release(matvar_t *variable)
 
 MatReader::MatReader(const QString &path)
 {
+    // libmatio believes the sizes a file declares: a damaged one is refused before it reads.
+    const QString damage = MatFileCheck::problem(path);
+    if (!damage.isEmpty())
+        throw StepError(QStringLiteral("Can't read the exchange file '%1': %2").arg(path, damage));
     mat_t *file = Mat_Open(QFile::encodeName(path).constData(), MAT_ACC_RDONLY);
     if (!file)
         throw StepError(QStringLiteral("Can't open the exchange file '%1'").arg(path));

@@ -162,6 +162,11 @@ std::optional<MagnetData> MaterialFiles::magnet(const QString &name) const
     data.relativePermeability = firstValue(sections, QStringLiteral("relative permeability")).value_or(1.0);
     data.remanenceCoefficient =
         firstValue(sections, QStringLiteral("temperature coefficient of remanence")).value_or(0.0) / 100.0;
+    const auto positive = [](std::optional<double> value) { return value && *value > 0.0 ? value : std::nullopt; };
+    data.intrinsicCoercivity = positive(firstValue(sections, QStringLiteral("intrinsic coercivity")));
+    data.coercivityCoefficient =
+        firstValue(sections, QStringLiteral("temperature coefficient of coercivity")).value_or(0.0) / 100.0;
+    data.resistivity = positive(firstValue(sections, QStringLiteral("electric resistivity")));
     return data;
 }
 

@@ -29,6 +29,11 @@ struct MagnetData
     double relativePermeability = 1.0;
     // Of the remanence, per kelvin (not percent).
     double remanenceCoefficient = 0.0;
+    // A/m, and its change per kelvin; empty when the file gives none.
+    std::optional<double> intrinsicCoercivity;
+    double coercivityCoefficient = 0.0;
+    // Ohm m; empty when the file gives none.
+    std::optional<double> resistivity;
 };
 
 // The material library files beside the program: <folder>/<kind>/<group>/<name>.txt.

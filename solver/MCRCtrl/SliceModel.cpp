@@ -127,6 +127,32 @@ IronLossSide ironLossSide(const MatValue &materials, const QString &side)
     return iron;
 }
 
+// The magnets' intrinsic coercivity at their temperature.
+std::optional<double> magnetCoercivity(const MatValue &materials)
+{
+    const double coercivity = numberOr(materials.findField(QStringLiteral("magnetHcj")), 0.0);
+    if (!(coercivity > 0.0))
+        return std::nullopt;
+    const double coefficient = numberOr(materials.findField(QStringLiteral("magnetAlphaHcj")), 0.0);
+    const double temperature = numberOr(materials.findField(QStringLiteral("Tpm")), 20.0);
+    return coercivity * (1.0 + coefficient * (temperature - 20.0));
+}
+
+// From a machine type such as "stator-rotor-stator".
+std::vector<Body> stackOf(const QString &type)
+{
+    std::vector<Body> stack;
+    for (const QString &body : type.split(QLatin1Char('-'))) {
+        if (body == QLatin1String("stator"))
+            stack.push_back(Body::Stator);
+        else if (body == QLatin1String("rotor"))
+            stack.push_back(Body::Rotor);
+        else
+            return {};
+    }
+    return stack;
+}
+
 // The layouts in one series branch of a connection such as "1-2" or "(1-2)||(3-4)".
 int windingsInSeries(const QString &connection)
 {
@@ -203,17 +229,25 @@ MachineData readMachine(const ExchangeData &data, bool linear)
     const QString windings = QStringLiteral("Windings");
     MachineData machine;
     machine.linear = linear;
+    const MatValue *type = data.geometry.findField(QStringLiteral("motortype"));
+    machine.stack = stackOf(type ? textOf(*type) : QString());
     machine.polePairs = int(std::lround(data.windings.field(QStringLiteral("nPolePairs"), windings).number(windings + ".nPolePairs")));
     const double layers = textOf(data.geometry.field(QStringLiteral("slotlayertype"), QStringLiteral("Geometry"))).startsWith(QLatin1String("Double")) ? 2.0 : 1.0;
     const double turns = data.windings.field(QStringLiteral("W"), windings).number(windings + ".W");
     machine.turnsPerCoil = turns / layers;
     machine.parallelPaths = std::max(1, int(std::lround(numberOr(data.windings.findField(QStringLiteral("Npp")), 1.0))));
+    machine.strands = std::max(1, int(std::lround(numberOr(data.windings.findField(QStringLiteral("nstrands")), 1.0))));
+    machine.strandDiameter = std::max(0.0, numberOr(data.windings.findField(QStringLiteral("strandDiameter")), 0.0));
     machine.delta = textOf(data.windings.field(QStringLiteral("statorcircuit"), windings)) == QLatin1String("DeltaConnection");
     machine.phaseResistance = numberOr(data.windings.findField(QStringLiteral("Rs")), 0.0);
     const MatValue *connection = data.windings.findField(QStringLiteral("statorconnection"));
     machine.windingsInSeries = windingsInSeries(connection ? textOf(*connection) : QString());
     machine.statorIron = ironLossSide(data.materials, QStringLiteral("stator"));
     machine.rotorIron = ironLossSide(data.materials, QStringLiteral("rotor"));
+    machine.magnetCoercivity = magnetCoercivity(data.materials);
+    const double resistivity = numberOr(data.materials.findField(QStringLiteral("magnetResistivity")), 0.0);
+    if (resistivity > 0.0)
+        machine.magnetResistivity = resistivity;
     if (machine.polePairs < 1)
         throw StepError(QStringLiteral("The winding has no pole pairs"));
     if (!(machine.turnsPerCoil > 0.0))
@@ -245,6 +279,17 @@ double farEnd(const solver::Problem &problem, double y, double away, Test test)
         }
     }
     return end;
+}
+
+// The triangles that carry a remanence.
+std::vector<int> magnetElementsOf(const solver::Problem &problem)
+{
+    std::vector<int> elements;
+    for (std::size_t e = 0; e < problem.remanence.size(); ++e) {
+        if (problem.remanence[e].squaredNorm() > 0.0)
+            elements.push_back(int(e));
+    }
+    return elements;
 }
 
 // The zones of the iron elements. From each air gap, the stator's iron out to the far
@@ -550,6 +595,7 @@ private:
                 slice.ironElements.push_back(int(e));
         }
         findIronZones(slice);
+        slice.magnetElements = magnetElementsOf(problem);
         slice.regionArea.assign(problem.regions.size(), 0.0);
         for (const solver::Triangle &triangle : problem.mesh.triangles)
             slice.regionArea[std::size_t(triangle.region)] += solver::ElementShape(problem.mesh, triangle).area();
@@ -616,7 +662,8 @@ std::vector<int> nodesOnePeriodOn(const SliceModel &slice)
 // The slice and its image one period on as one model: nodes on the seam between them
 // are shared, the old seam pairs tie the image's far side to the near side with the
 // square of the seam sign, and the coil sides of the image get regions of their own so
-// that their current and flux linkage keep their sign.
+// that their current and flux linkage keep their sign, as its magnets do, whose eddy
+// currents close within each piece.
 SliceModel twoPeriods(const SliceModel &slice)
 {
     SliceModel doubled = slice;
@@ -633,14 +680,19 @@ SliceModel twoPeriods(const SliceModel &slice)
 
     std::vector<int> regionImage(slice.base.regions.size());
     std::iota(regionImage.begin(), regionImage.end(), 0);
-    for (const PhaseSide &side : slice.sides) {
-        if (regionImage[std::size_t(side.region)] == side.region) {
-            regionImage[std::size_t(side.region)] = int(problem.regions.size());
-            problem.regions.push_back(slice.base.regions[std::size_t(side.region)]);
+    const auto imageRegion = [&](int region) {
+        if (regionImage[std::size_t(region)] == region) {
+            regionImage[std::size_t(region)] = int(problem.regions.size());
+            problem.regions.push_back(slice.base.regions[std::size_t(region)]);
             doubled.regionIron.push_back(IronPart::None);
         }
+    };
+    for (const PhaseSide &side : slice.sides) {
+        imageRegion(side.region);
         doubled.sides.push_back({side.phase, regionImage[std::size_t(side.region)], sign * side.sign});
     }
+    for (const int e : slice.magnetElements)
+        imageRegion(slice.base.mesh.triangles[std::size_t(e)].region);
     for (std::size_t e = 0; e < slice.base.mesh.triangles.size(); ++e) {
         solver::Triangle triangle = slice.base.mesh.triangles[e];
         for (int &node : triangle.nodes)
@@ -685,6 +737,7 @@ SliceModel twoPeriods(const SliceModel &slice)
         doubled.regionArea[std::size_t(triangle.region)] += solver::ElementShape(problem.mesh, triangle).area();
     }
     findIronZones(doubled);
+    doubled.magnetElements = magnetElementsOf(problem);
     return doubled;
 }
 

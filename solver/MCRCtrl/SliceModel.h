@@ -47,12 +47,21 @@ struct IronLossSide
     double stacking = 1.0;
 };
 
+enum class Body { Stator, Rotor };
+
 // The machine data that all slices share.
 struct MachineData
 {
+    // The stators and rotors from the bottom up, as the machine type names them; empty
+    // when the exchange file does not name it.
+    std::vector<Body> stack;
     int polePairs = 1;
     double turnsPerCoil = 1.0;
     int parallelPaths = 1;
+    // Strands in hand of a conductor and their diameter, mm: 0 when the exchange file
+    // gives none.
+    int strands = 1;
+    double strandDiameter = 0.0;
     bool delta = false;
     double phaseResistance = 0.0;
     bool linear = false;
@@ -60,6 +69,10 @@ struct MachineData
     int windingsInSeries = 1;
     IronLossSide statorIron;
     IronLossSide rotorIron;
+    // Of the magnets at their temperature, A/m; empty when the magnet's file gives none.
+    std::optional<double> magnetCoercivity;
+    // Ohm m; empty when the magnet's file gives none.
+    std::optional<double> magnetResistivity;
 };
 
 // One slice of the machine as the solver sees it: the problem of the period model
@@ -89,6 +102,8 @@ public:
     // tooth's number from 0 in the slice, else -1.
     std::vector<IronZone> ironZones;
     std::vector<int> teeth;
+    // The triangles of the base mesh in magnets.
+    std::vector<int> magnetElements;
     double turnsPerCoil = 1.0;
 
     // The length of the segments of the band's rows where both rows have equal ones,

@@ -38,6 +38,35 @@ matvar_t *ironTable(const IronData &iron)
     return mat::matrix(QString(), 2, int(iron.h.size()), values);
 }
 
+using Fields = std::vector<std::pair<QString, matvar_t *>>;
+
+// Copies of the fields of a struct, to be written with more of them.
+Fields fieldsOf(const matvar_t *structure)
+{
+    Fields fields;
+    const unsigned count = Mat_VarGetNumberOfFields(const_cast<matvar_t *>(structure));
+    char *const *names = Mat_VarGetStructFieldnames(structure);
+    for (unsigned f = 0; f < count; ++f) {
+        const matvar_t *field = Mat_VarGetStructFieldByIndex(const_cast<matvar_t *>(structure), f, 0);
+        if (field)
+            fields.emplace_back(QString::fromUtf8(names[f]), mat::renamed(field, QString()));
+    }
+    return fields;
+}
+
+// The design's winding with the diameter of its strands, mm, which the program gives
+// only among the properties of the winding.
+matvar_t *assembledWindings(const MatReader &design)
+{
+    Fields fields = fieldsOf(design.raw(QStringLiteral("Windings")));
+    const MatValue properties = design.contains(QStringLiteral("motorProps")) ? design.value(QStringLiteral("motorProps")) : MatValue();
+    const MatValue *winding = properties.findField(QStringLiteral("windings"));
+    const MatValue *diameter = winding ? winding->findField(QStringLiteral("strandDiameter")) : nullptr;
+    if (diameter && diameter->kind == MatValue::Numbers && diameter->numbers.size() == 1 && diameter->numbers.front() > 0.0)
+        fields.emplace_back(QStringLiteral("strandDiameter"), mat::number(QString(), diameter->numbers.front()));
+    return mat::structure(QStringLiteral("Windings"), fields);
+}
+
 // The design's materials with what the solver needs of them from the library files.
 matvar_t *assembledMaterials(const MatReader &design, const MaterialFiles &library, const SolverSteps::Report &info)
 {
@@ -45,14 +74,7 @@ matvar_t *assembledMaterials(const MatReader &design, const MaterialFiles &libra
     const MatValue value = MatValue::from(materials);
     if (value.kind != MatValue::Struct)
         throw StepError(QStringLiteral("The design has no materials"));
-    std::vector<std::pair<QString, matvar_t *>> fields;
-    const unsigned count = Mat_VarGetNumberOfFields(const_cast<matvar_t *>(materials));
-    char *const *names = Mat_VarGetStructFieldnames(materials);
-    for (unsigned f = 0; f < count; ++f) {
-        const matvar_t *field = Mat_VarGetStructFieldByIndex(const_cast<matvar_t *>(materials), f, 0);
-        if (field)
-            fields.emplace_back(QString::fromUtf8(names[f]), mat::renamed(field, QString()));
-    }
+    Fields fields = fieldsOf(materials);
     const auto nameOf = [&](const char *field) {
         const MatValue *text = value.findField(QString::fromLatin1(field));
         return text && text->kind == MatValue::Text ? text->text : QString();
@@ -79,6 +101,12 @@ matvar_t *assembledMaterials(const MatReader &design, const MaterialFiles &libra
             fields.emplace_back(QStringLiteral("magnetBr"), mat::number(QString(), data->remanence));
             fields.emplace_back(QStringLiteral("magnetMur"), mat::number(QString(), data->relativePermeability));
             fields.emplace_back(QStringLiteral("magnetAlphaBr"), mat::number(QString(), data->remanenceCoefficient));
+            if (data->intrinsicCoercivity) {
+                fields.emplace_back(QStringLiteral("magnetHcj"), mat::number(QString(), *data->intrinsicCoercivity));
+                fields.emplace_back(QStringLiteral("magnetAlphaHcj"), mat::number(QString(), data->coercivityCoefficient));
+            }
+            if (data->resistivity)
+                fields.emplace_back(QStringLiteral("magnetResistivity"), mat::number(QString(), *data->resistivity));
         } else {
             info(QStringLiteral("No remanence found for the magnet '%1'").arg(magnet));
         }
@@ -165,7 +193,7 @@ void SolverSteps::assembleOrThrow(const QString &exchangeFile) const
     const MaterialFiles library(m_materialsFolder);
     std::vector<matvar_t *> answer;
     for (const QString &name : passedOn)
-        answer.push_back(mat::renamed(result.raw(name), name));
+        answer.push_back(name == QLatin1String("Windings") ? assembledWindings(result) : mat::renamed(result.raw(name), name));
     answer.push_back(assembledMaterials(result, library, m_info));
     answer.push_back(mat::structure(QStringLiteral("SubdomainProperty"),
                                     {{QStringLiteral("Properties"), mat::renamed(result.raw(QStringLiteral("cell_Properties")), QString())},

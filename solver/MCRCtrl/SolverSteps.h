@@ -17,8 +17,9 @@ public:
     // the folder.
     SolverSteps(QString program, QString materialsFolder, Report info, Report error);
 
-    // In: file (a design), motorProps. Out: Geometry, Mesh, Windings, RadMesh,
-    // Materials (with the B-H tables and magnet data), SubdomainProperty.
+    // In: file (a design), motorProps. Out: Geometry, Mesh, Windings (with the strands'
+    // diameter), RadMesh, Materials (with the B-H tables and magnet data),
+    // SubdomainProperty.
     bool assemble(const QString &exchangeFile) const;
     // In: what assemble gave and settingsMagnetostatic. Out: Timesteppingdata, Results,
     // Private_out.

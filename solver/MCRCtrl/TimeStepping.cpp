@@ -1,6 +1,7 @@
 #include "solver/MCRCtrl/TimeStepping.h"
 
 #include "solver/MCRCtrl/Harmonics.h"
+#include "solver/MCRCtrl/MagnetLoss.h"
 
 #include "solver/AirGapForce.h"
 #include "solver/FieldSolution.h"
@@ -71,13 +72,14 @@ void writeIronLosses(Fields &fields, const std::optional<IronLosses> &losses, co
 }
 
 // Output over input power, motoring or generating, with the losses that are known.
-void writeEfficiency(Fields &fields, double mechanical, double copper, const std::optional<IronLosses> &iron)
+void writeEfficiency(Fields &fields, double mechanical, double copper, const std::optional<IronLosses> &iron,
+                     const std::optional<double> &magnets)
 {
     if (mechanical == 0.0) {
         fields.emplace_back(QStringLiteral("Efficiency"), mat::text(QString(), notComputed));
         return;
     }
-    const double losses = copper + (iron ? iron->total().total() : 0.0);
+    const double losses = copper + (iron ? iron->total().total() : 0.0) + magnets.value_or(0.0);
     const double efficiency = mechanical > 0.0 ? mechanical / (mechanical + losses) : (-mechanical - losses) / -mechanical;
     fields.emplace_back(QStringLiteral("Efficiency"), mat::number(QString(), 100.0 * efficiency));
     QString tip = mechanical > 0.0 ? QStringLiteral("Motoring: mechanical output power over itself plus the losses.\n")
@@ -85,7 +87,9 @@ void writeEfficiency(Fields &fields, double mechanical, double copper, const std
     tip += QStringLiteral("Losses included: stator winding %1 W").arg(copper, 0, 'g', 4);
     tip += iron ? QStringLiteral(", iron core %1 W").arg(iron->total().total(), 0, 'g', 4)
                 : QStringLiteral(" (the iron core loss is not computed)");
-    tip += QStringLiteral(".\nNot included: magnet and other eddy current losses, friction and windage.");
+    tip += magnets ? QStringLiteral(", magnet eddy currents %1 W").arg(*magnets, 0, 'g', 4)
+                   : QStringLiteral(" (the magnet loss is not computed)");
+    tip += QStringLiteral(".\nNot included: other eddy current losses, friction and windage.");
     fields.emplace_back(QStringLiteral("Efficiency_tooltip"), mat::text(QString(), tip));
 }
 
@@ -142,6 +146,15 @@ double TimeStepping::phaseCurrent() const
     throw StepError(QStringLiteral("The current input method '%1' is not supported by this solver").arg(method));
 }
 
+std::optional<double> TimeStepping::currentDensity() const
+{
+    const double diameter = m_machine.strandDiameter;
+    if (!(diameter > 0.0))
+        return std::nullopt;
+    // Each parallel path carries its share of the phase current, split among its strands.
+    return phaseCurrent() / (m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0);
+}
+
 std::array<double, 3> TimeStepping::currentsAt(double electricalAngle) const
 {
     const double peak = std::sqrt(2.0) * phaseCurrent();
@@ -169,6 +182,10 @@ SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, doubl
     result.bandMax = std::max(a.bandMax, b.bandMax);
     for (std::size_t e = 0; e < result.ironField.size(); ++e)
         result.ironField[e] = a.ironField[e] + share * (b.ironField[e] - a.ironField[e]);
+    for (std::size_t e = 0; e < result.demagnetisingField.size(); ++e) {
+        result.demagnetisingField[e] = mix(a.demagnetisingField[e], b.demagnetisingField[e]);
+        result.magnetPotential[e] = mix(a.magnetPotential[e], b.magnetPotential[e]);
+    }
     return result;
 }
 
@@ -205,6 +222,13 @@ SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, cons
     answer.ironField.reserve(slice.ironElements.size());
     for (const int e : slice.ironElements)
         answer.ironField.push_back(field.fluxDensity(e));
+    answer.demagnetisingField.reserve(slice.magnetElements.size());
+    answer.magnetPotential.reserve(slice.magnetElements.size());
+    for (const int e : slice.magnetElements) {
+        const Eigen::Vector2d magnetisation = problem.remanence[std::size_t(e)].normalized();
+        answer.demagnetisingField.push_back(-field.fieldStrength(e).dot(magnetisation));
+        answer.magnetPotential.push_back(field.potentialIntegral(e) / field.area(e));
+    }
     for (std::size_t e = 0; e < problem.mesh.triangles.size(); ++e) {
         const int region = problem.mesh.triangles[e].region;
         if (std::none_of(slice.bands.begin(), slice.bands.end(), [region](const GapBand &band) { return band.region == region; }))
@@ -284,6 +308,8 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
     double bandArea = 0.0;
     double bandIntegral = 0.0;
     result.ironField.resize(answers.size());
+    result.demagnetisingField.resize(answers.size());
+    result.magnetPotential.resize(answers.size());
     for (std::size_t s = 0; s < answers.size(); ++s) {
         SliceAnswer &answer = answers[s];
         if (!answer.converged)
@@ -305,6 +331,8 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
         bandIntegral += answer.bandIntegral;
         result.bandFluxDensityMax = std::max(result.bandFluxDensityMax, answer.bandMax);
         result.ironField[s] = std::move(answer.ironField);
+        result.demagnetisingField[s] = std::move(answer.demagnetisingField);
+        result.magnetPotential[s] = std::move(answer.magnetPotential);
     }
     result.torque = std::accumulate(result.gapTorque.begin(), result.gapTorque.end(), 0.0);
     result.bandFluxDensity = bandArea > 0.0 ? bandIntegral / bandArea : 0.0;
@@ -348,6 +376,10 @@ void TimeStepping::run(const Progress &progress)
     phaseCurrent();
     if (m_settings.coggingTorque)
         progress(QStringLiteral("The cogging torque is not computed on its own: a run at zero current gives it"));
+    if (!currentDensity())
+        progress(QStringLiteral("The current density is not computed: the winding gives no strand diameter"));
+    if (hasMagnets() && !m_machine.magnetCoercivity)
+        progress(QStringLiteral("The demagnetising field is not computed as a share of the coercivity: the magnet's file gives none"));
     alignAxes(progress);
     findInductances();
     if (!m_machine.linear)
@@ -365,6 +397,7 @@ void TimeStepping::run(const Progress &progress)
         progress(QStringLiteral("Position %1 of %2: torque %3 N m").arg(k + 1).arg(count).arg(m_positions.back().torque, 0, 'g', 6));
     }
     findIronLosses(progress);
+    findMagnetLosses(progress);
 }
 
 LossParts TimeStepping::ironLossOf(const SliceModel &slice, std::size_t s, IronPart part, const IronLossSide &iron) const
@@ -428,6 +461,51 @@ void TimeStepping::findIronLosses(const Progress &progress)
     progress(QStringLiteral("Iron losses: stator %1 W, rotor %2 W").arg(losses.stator.total(), 0, 'g', 4).arg(losses.rotor.total(), 0, 'g', 4));
 }
 
+bool TimeStepping::hasMagnets() const
+{
+    return std::any_of(m_slices.begin(), m_slices.end(), [](const SliceModel &slice) { return !slice.magnetElements.empty(); });
+}
+
+void TimeStepping::findMagnetLosses(const Progress &progress)
+{
+    m_magnetLosses.reset();
+    if (!hasMagnets()) {
+        m_magnetLosses = std::vector<double>(m_positions.size(), 0.0);
+        return;
+    }
+    const auto notComputedFor = [&](const QString &reason) {
+        progress(QStringLiteral("The magnet losses are not computed: %1").arg(reason));
+    };
+    if (m_settings.definedPeriod || m_positions.size() < 4) {
+        notComputedFor(QStringLiteral("they need at least 4 positions over one electrical period"));
+        return;
+    }
+    if (!m_machine.magnetResistivity) {
+        notComputedFor(QStringLiteral("the magnet's file gives no electric resistivity"));
+        return;
+    }
+    std::vector<double> losses(m_positions.size(), 0.0);
+    for (std::size_t s = 0; s < m_slices.size(); ++s) {
+        const SliceModel &slice = m_slices[s];
+        MagnetElements elements;
+        for (std::size_t i = 0; i < slice.magnetElements.size(); ++i) {
+            const solver::Triangle &triangle = slice.base.mesh.triangles[std::size_t(slice.magnetElements[i])];
+            elements.area.push_back(solver::ElementShape(slice.base.mesh, triangle).area());
+            elements.piece.push_back(triangle.region);
+            std::vector<double> potential;
+            for (const PositionResult &at : m_positions)
+                potential.push_back(at.magnetPotential[s][i]);
+            elements.potential.push_back(std::move(potential));
+        }
+        const std::vector<double> perDepth = magnetEddyLoss(elements, 1.0 / *m_machine.magnetResistivity, 1.0 / electricalFrequency());
+        const double depth = slice.length * slice.copies();
+        for (std::size_t k = 0; k < losses.size(); ++k)
+            losses[k] += perDepth[k] * depth;
+    }
+    m_magnetLosses = losses;
+    progress(QStringLiteral("Magnet eddy-current losses: %1 W, limited by the magnets' resistance").arg(mean(losses), 0, 'g', 4));
+}
+
 IronFluxDensities TimeStepping::ironFluxDensities() const
 {
     IronFluxDensities peaks;
@@ -477,6 +555,18 @@ IronFluxDensities TimeStepping::ironFluxDensities() const
             raise(peaks.rotorBackIron, backIronField[1] / backIron[1]);
     }
     return peaks;
+}
+
+std::optional<double> TimeStepping::demagnetisingField() const
+{
+    std::optional<double> largest;
+    for (const PositionResult &at : m_positions) {
+        for (const std::vector<double> &slice : at.demagnetisingField) {
+            for (const double field : slice)
+                largest = std::max(largest.value_or(0.0), field);
+        }
+    }
+    return largest;
 }
 
 std::vector<std::array<double, 3>> TimeStepping::backEmf() const
@@ -551,6 +641,56 @@ double TimeStepping::dqComponent(const std::array<double, 3> &abc, double time, 
                       : alpha * std::cos(electrical) + beta * std::sin(electrical);
 }
 
+std::vector<Body> TimeStepping::stack() const
+{
+    if (m_slices.empty())
+        return {};
+    const std::vector<GapBand> &bands = m_slices.front().bands;
+    std::vector<Body> bodies = m_machine.stack;
+    if (bodies.empty() && bands.size() == 1)
+        bodies = bands.front().rotorAbove ? std::vector<Body>{Body::Stator, Body::Rotor} : std::vector<Body>{Body::Rotor, Body::Stator};
+    if (bodies.size() != bands.size() + 1)
+        return {};
+    for (std::size_t g = 0; g < bands.size(); ++g) {
+        if (bodies[g] == bodies[g + 1] || (bodies[g + 1] == Body::Rotor) != bands[g].rotorAbove)
+            return {};
+    }
+    return bodies;
+}
+
+double TimeStepping::normalForce(const PositionResult &at, const std::vector<Body> &bodies, std::size_t body) const
+{
+    // The gaps below and above the body; the force of each is that on its rotor's side.
+    const double sign = bodies[body] == Body::Rotor ? 1.0 : -1.0;
+    double force = 0.0;
+    for (std::size_t g = body == 0 ? 0 : body - 1; g <= body && g < at.gapNormalForce.size(); ++g)
+        force += sign * at.gapNormalForce[g];
+    return force;
+}
+
+double TimeStepping::fluxLinkageTorque(const PositionResult &at) const
+{
+    const double fluxD = dqComponent(at.fluxLinkage, at.time, false);
+    const double fluxQ = dqComponent(at.fluxLinkage, at.time, true);
+    return 1.5 * m_machine.polePairs * (fluxD * dqComponent(at.currents, at.time, true) - fluxQ * dqComponent(at.currents, at.time, false));
+}
+
+double TimeStepping::magnetTorque(const PositionResult &at) const
+{
+    return 1.5 * m_machine.polePairs * m_magnetFlux * dqComponent(at.currents, at.time, true);
+}
+
+double TimeStepping::reluctanceTorque(const PositionResult &at) const
+{
+    // The currents' own flux linkage on each axis, Ld id and Lq iq with the apparent
+    // inductances of the position: (Ld - Lq) id iq.
+    const double currentD = dqComponent(at.currents, at.time, false);
+    const double currentQ = dqComponent(at.currents, at.time, true);
+    const double ownFluxD = dqComponent(at.fluxLinkage, at.time, false) - m_magnetFlux;
+    const double ownFluxQ = dqComponent(at.fluxLinkage, at.time, true);
+    return 1.5 * m_machine.polePairs * (ownFluxD * currentQ - ownFluxQ * currentD);
+}
+
 matvar_t *TimeStepping::timesteppingData() const
 {
     Fields fields;
@@ -601,17 +741,18 @@ matvar_t *TimeStepping::timesteppingData() const
     series(QStringLiteral("Ps"), [&](const PositionResult &at, std::size_t) {
         return resistance * (at.currents[0] * at.currents[0] + at.currents[1] * at.currents[1] + at.currents[2] * at.currents[2]);
     });
-    missing(QStringLiteral("MagnetLoss"));
+    if (m_magnetLosses)
+        series(QStringLiteral("MagnetLoss"), [&](const PositionResult &, std::size_t k) { return (*m_magnetLosses)[k]; });
+    else
+        missing(QStringLiteral("MagnetLoss"));
     series(QStringLiteral("Torque_maxwell"), [](const PositionResult &at, std::size_t) { return at.torque; });
     if (!m_positions.empty() && m_positions.front().virtualWorkTorque)
         series(QStringLiteral("Torque_vwork"), [](const PositionResult &at, std::size_t) { return *at.virtualWorkTorque; });
     else
         missing(QStringLiteral("Torque_vwork"));
-    series(QStringLiteral("Torque_fluxlinkage"), [&](const PositionResult &at, std::size_t) {
-        return 1.5 * m_machine.polePairs * (dq(at.fluxLinkage, at, false) * dq(at.currents, at, true) - dq(at.fluxLinkage, at, true) * dq(at.currents, at, false));
-    });
-    missing(QStringLiteral("Torque_magnet"));
-    missing(QStringLiteral("Torque_reluctance"));
+    series(QStringLiteral("Torque_fluxlinkage"), [&](const PositionResult &at, std::size_t) { return fluxLinkageTorque(at); });
+    series(QStringLiteral("Torque_magnet"), [&](const PositionResult &at, std::size_t) { return magnetTorque(at); });
+    series(QStringLiteral("Torque_reluctance"), [&](const PositionResult &at, std::size_t) { return reluctanceTorque(at); });
     const std::size_t gaps = m_positions.empty() ? 0 : m_positions.front().gapTorque.size();
     for (std::size_t g = 0; g < gaps; ++g)
         series(QStringLiteral("Torque_airgap%1").arg(g + 1), [g](const PositionResult &at, std::size_t) { return at.gapTorque[g]; });
@@ -619,14 +760,21 @@ matvar_t *TimeStepping::timesteppingData() const
         series(QStringLiteral("Fluxlinkage_%1").arg(QLatin1Char(phases[phase])), [phase](const PositionResult &at, std::size_t) { return at.fluxLinkage[phase]; });
     series(QStringLiteral("Fluxlinkage_d"), [&](const PositionResult &at, std::size_t) { return dq(at.fluxLinkage, at, false); });
     series(QStringLiteral("Fluxlinkage_q"), [&](const PositionResult &at, std::size_t) { return dq(at.fluxLinkage, at, true); });
-    // Which rotor and stator face which gap is told by the machine type, which the
-    // slices do not carry: the forces are named only for a single gap.
-    if (gaps == 1) {
-        series(QStringLiteral("Fn_rotor"), [](const PositionResult &at, std::size_t) { return at.gapNormalForce[0]; });
-        series(QStringLiteral("Fn_stator"), [](const PositionResult &at, std::size_t) { return -at.gapNormalForce[0]; });
-    } else {
+    // Numbered from the bottom where the machine has more than one of a kind.
+    const std::vector<Body> bodies = stack();
+    if (bodies.empty()) {
         missing(QStringLiteral("Fn_rotor"));
         missing(QStringLiteral("Fn_stator"));
+    }
+    const auto countOf = [&](Body kind) { return std::count(bodies.begin(), bodies.end(), kind); };
+    std::array<int, 2> numbers{};
+    for (std::size_t b = 0; b < bodies.size(); ++b) {
+        const bool rotor = bodies[b] == Body::Rotor;
+        const int number = ++numbers[rotor ? 1 : 0];
+        QString name = rotor ? QStringLiteral("Fn_rotor") : QStringLiteral("Fn_stator");
+        if (countOf(bodies[b]) > 1)
+            name += QString::number(number);
+        series(name, [&, b](const PositionResult &at, std::size_t) { return normalForce(at, bodies, b); });
     }
     return mat::structure(QStringLiteral("Timesteppingdata"), fields);
 }
@@ -656,17 +804,35 @@ matvar_t *TimeStepping::results() const
     value("gamma", m_settings.advanceAngle);
     value("f1", electricalFrequency());
     value("torque", torque);
-    missing("torque_reluctance");
-    missing("torque_magnet");
+    std::vector<double> reluctance;
+    std::vector<double> magnet;
+    for (const PositionResult &at : m_positions) {
+        reluctance.push_back(reluctanceTorque(at));
+        magnet.push_back(magnetTorque(at));
+    }
+    value("torque_reluctance", mean(reluctance));
+    value("torque_magnet", mean(magnet));
     if (torques.size() > 1 && std::abs(torque) > 0.0)
         value("TorqueRipple", (*std::max_element(torques.begin(), torques.end()) - *std::min_element(torques.begin(), torques.end())) / std::abs(torque) * 100.0);
     else
         missing("TorqueRipple");
-    for (const char *name : {"CurrentDensity", "DemagH_max", "DemagHpercent_max", "Error"})
-        missing(name);
+    if (const std::optional<double> density = currentDensity())
+        value("CurrentDensity", *density);
+    else
+        missing("CurrentDensity");
+    const std::optional<double> demagnetising = demagnetisingField();
+    if (demagnetising)
+        value("DemagH_max", *demagnetising);
+    else
+        missing("DemagH_max");
+    if (demagnetising && m_machine.magnetCoercivity)
+        value("DemagHpercent_max", 100.0 * *demagnetising / *m_machine.magnetCoercivity);
+    else
+        missing("DemagHpercent_max");
+    missing("Error");
     const double mechanical = torque * mechanicalSpeed();
     const double copper = 3.0 * current * current * m_machine.phaseResistance;
-    writeEfficiency(fields, mechanical, copper, m_ironLosses);
+    writeEfficiency(fields, mechanical, copper, m_ironLosses, m_magnetLosses ? std::optional<double>(mean(*m_magnetLosses)) : std::nullopt);
     value("Id", -peak * std::sin(gamma));
     value("Iq", peak * std::cos(gamma));
     const std::vector<std::array<double, 3>> voltages = phaseVoltages();
@@ -697,7 +863,10 @@ matvar_t *TimeStepping::results() const
         value("Vq", mean(vq));
     }
     value("backEMF", backEmf);
-    missing("magnetloss_rotor");
+    if (m_magnetLosses)
+        value("magnetloss_rotor", mean(*m_magnetLosses));
+    else
+        missing("magnetloss_rotor");
     missing("otherECloss_rotor");
     value("Bav_airgap", mean(band));
     value("Bmax_airgap", bandMax);

@@ -52,6 +52,11 @@ struct PositionResult
     double bandFluxDensityMax = 0.0;
     // B of the iron elements of each slice, in the order of the slice's ironElements.
     std::vector<std::vector<Eigen::Vector2d>> ironField;
+    // H against the magnetisation in the magnet elements of each slice, in the order of
+    // the slice's magnetElements, A/m: negative where H runs with it.
+    std::vector<std::vector<double>> demagnetisingField;
+    // The mean potential A of the magnet elements of each slice, Wb/m, in the same order.
+    std::vector<std::vector<double>> magnetPotential;
 };
 
 // What one slice gives at one shift, before the slices are summed.
@@ -70,6 +75,8 @@ struct SliceAnswer
     double bandIntegral = 0.0;
     double bandMax = 0.0;
     std::vector<Eigen::Vector2d> ironField;
+    std::vector<double> demagnetisingField;
+    std::vector<double> magnetPotential;
     // The potentials of the slice's own nodes, which keep their numbers at any shift: a
     // start for the solves at the neighbouring shifts.
     Eigen::VectorXd potential;
@@ -100,6 +107,8 @@ public:
 
     // The RMS phase current, from the current input method and the connection.
     double phaseCurrent() const;
+    // RMS, in the copper of the strands, A/mm^2; empty without their diameter.
+    std::optional<double> currentDensity() const;
     // The whole machine at a mechanical angle with phase currents: torque and forces,
     // and the flux linkages of one parallel path of each phase. The torque by virtual
     // work costs two more solves per slice, which start from their neighbour's answer.
@@ -110,7 +119,13 @@ public:
     const std::vector<PositionResult> &positions() const { return m_positions; }
     // Empty when the run or the materials do not allow them.
     const std::optional<IronLosses> &ironLosses() const { return m_ironLosses; }
+    // Of the magnets' eddy currents at each position, W, nothing without magnets; empty
+    // when the run or the magnet does not allow them.
+    const std::optional<std::vector<double>> &magnetLosses() const { return m_magnetLosses; }
     IronFluxDensities ironFluxDensities() const;
+    // The largest H against the magnetisation in any magnet at any position, A/m, 0 when
+    // H nowhere opposes it; empty without magnets.
+    std::optional<double> demagnetisingField() const;
 
     // The two variables of the answer.
     matvar_t *timesteppingData() const;
@@ -137,10 +152,24 @@ private:
     std::vector<double> inputPower() const;
     // From the iron fields over one electrical period; says why when it can't.
     void findIronLosses(const Progress &progress);
+    bool hasMagnets() const;
+    // From the potentials in the magnets over one electrical period; says why when it can't.
+    void findMagnetLosses(const Progress &progress);
     // Of the iron elements of one part in slice s.
     LossParts ironLossOf(const SliceModel &slice, std::size_t s, IronPart part, const IronLossSide &iron) const;
     // The d or q part of three phase values at a time (amplitude-invariant).
     double dqComponent(const std::array<double, 3> &abc, double time, bool quadrature) const;
+    // 1.5 p (psi_d iq - psi_q id), and its parts: the magnets' flux linkage with the
+    // q-axis current, 1.5 p psi_m iq, and the rest, 1.5 p (Ld - Lq) id iq.
+    double fluxLinkageTorque(const PositionResult &at) const;
+    double magnetTorque(const PositionResult &at) const;
+    double reluctanceTorque(const PositionResult &at) const;
+    // The stators and rotors from the bottom up, each facing the next across a gap of
+    // the slices; from the one gap where the machine type is not given, and empty where
+    // it does not fit the gaps.
+    std::vector<Body> stack() const;
+    // Along +y, N, on one body of the stack: from the gaps on both of its faces.
+    double normalForce(const PositionResult &at, const std::vector<Body> &bodies, std::size_t body) const;
 
     std::vector<SliceModel> m_slices;
     MachineData m_machine;
@@ -156,6 +185,7 @@ private:
     std::optional<IronLosses> m_ironLosses;
     // How the iron losses were found, or why not.
     QString m_ironLossNote;
+    std::optional<std::vector<double>> m_magnetLosses;
 };
 
 } // namespace mcrctrl

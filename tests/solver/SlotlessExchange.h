@@ -60,9 +60,13 @@ inline mcrctrl::MatValue structure(std::vector<std::map<QString, mcrctrl::MatVal
 
 // One slice of a slotless machine over one pole pitch, from the bottom: rotor iron, a
 // magnet magnetised along +y, an air gap of three layers, a coil side over the whole
-// pitch and stator iron. One pole in the period makes the seams antiperiodic.
+// pitch and stator iron. One pole in the period makes the seams antiperiodic. With a
+// second rotor the stator iron is followed by its mirror image: a coil side, a gap, a
+// magnet magnetised along +y and rotor iron.
 struct SlotlessExchange
 {
+    enum Rotors { OneRotor, TwoRotors };
+
     static constexpr double radius = 0.1;
     static constexpr int polePairs = 2;
     static constexpr double rotorIron = 0.004;
@@ -83,15 +87,20 @@ struct SlotlessExchange
     mcrctrl::ExchangeData data;
 
     // ironBH: the iron's B-H table as rows of H and B.
-    explicit SlotlessExchange(const std::vector<double> &ironH, const std::vector<double> &ironB, int columns = 80)
-        : grid(GridMesh::lines({0.0, width()}, {columns}),
-               GridMesh::lines({0.0, rotorIron, gapBottom(), gapBottom() + gap, gapBottom() + gap + coil,
-                                gapBottom() + gap + coil + statorIron},
-                               {4, 3, 3, 1, 4}))
+    explicit SlotlessExchange(const std::vector<double> &ironH, const std::vector<double> &ironB, int columns = 80,
+                              Rotors rotors = OneRotor)
+        : grid(GridMesh::lines({0.0, width()}, {columns}), rotors == OneRotor ? GridMesh::lines(layers(), {4, 3, 3, 1, 4})
+                                                                             : GridMesh::lines(layers(), {4, 3, 3, 1, 4, 1, 3, 3, 4}))
     {
         using namespace mat_values;
-        solver::TriangleMesh mesh = grid.mesh([](const Eigen::Vector2d &centroid) {
+        const double statorTop = gapBottom() + gap + coil + statorIron;
+        solver::TriangleMesh mesh = grid.mesh([statorTop](const Eigen::Vector2d &centroid) {
             const double y = centroid.y();
+            if (y > statorTop) {
+                // The second rotor's side, from the top down.
+                const double depth = statorTop + coil + gap + magnet + rotorIron - y;
+                return depth < rotorIron ? 7 : depth < rotorIron + magnet ? 6 : depth < rotorIron + magnet + gap ? 0 : 5;
+            }
             if (y < rotorIron)
                 return 1;
             if (y < gapBottom())
@@ -119,14 +128,16 @@ struct SlotlessExchange
                 numbers.push_back(node + 1);
             return matrix(1, int(numbers.size()), numbers);
         };
+        // The second gap's rows are grid rows 17 and 18: its rotor brings the upper.
+        const bool two = rotors == TwoRotors;
         data.mesh = structure({{
             {"nAirGapLayers", number(3)},
             {"nSlices", number(1)},
             {"perbndcnd", text("Auto")},
             {"p", cell({matrix(2, int(mesh.nodes.size()), points)})},
             {"t", cell({matrix(4, int(mesh.triangles.size()), triangles)})},
-            {"ipslid_rotor", cell({cell({row(8)})})},
-            {"ipslid_stator", cell({cell({row(9)})})},
+            {"ipslid_rotor", cell({two ? cell({row(8), row(18)}) : cell({row(8)})})},
+            {"ipslid_stator", cell({two ? cell({row(9), row(17)}) : cell({row(9)})})},
             {"Rcs", number(radius)},
             {"L", number(length)},
         }});
@@ -162,11 +173,26 @@ struct SlotlessExchange
                 {"slot", number(slot)}, {"nlayout", number(slot ? 1 : 0)}, {"position", text(position)},
                 {"center_x", number(0)}, {"center_y", number(0)}, {"direction", text("")}};
         };
+        std::vector<std::map<QString, mcrctrl::MatValue>> properties{region("rotor1", "", 0, 0), region("rotor1", "Parallel", 90, 0),
+                                                                     region("stator1", "", 0, 0), region("stator1", "", 0, 1)};
+        std::vector<mcrctrl::MatValue> types{text("Iron"), text("Magnet"), text("Iron"), text("Winding")};
+        if (two) {
+            properties.insert(properties.end(), {region("stator1", "", 0, 1), region("rotor2", "Parallel", 90, 0), region("rotor2", "", 0, 0)});
+            types.insert(types.end(), {text("Winding"), text("Magnet"), text("Iron")});
+            data.geometry.elements.front()["motortype"] = text("rotor-stator-rotor");
+        }
         data.subdomains = structure({{
-            {"Properties", cell({structure({region("rotor1", "", 0, 0), region("rotor1", "Parallel", 90, 0),
-                                            region("stator1", "", 0, 0), region("stator1", "", 0, 1)})})},
-            {"MaterialType", cell({cell({text("Iron"), text("Magnet"), text("Iron"), text("Winding")})})},
+            {"Properties", cell({structure(properties)})},
+            {"MaterialType", cell({cell(types)})},
         }});
+    }
+
+    // The breaks between the layers from the bottom up, of a second rotor's side too.
+    static std::vector<double> layers()
+    {
+        const double statorTop = gapBottom() + gap + coil + statorIron;
+        return {0.0, rotorIron, gapBottom(), gapBottom() + gap, gapBottom() + gap + coil, statorTop,
+                statorTop + coil, statorTop + coil + gap, statorTop + coil + gap + magnet, statorTop + coil + gap + magnet + rotorIron};
     }
 
     // The grid's cells are all cut along one diagonal; those of the right half are cut

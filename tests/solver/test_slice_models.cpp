@@ -36,6 +36,15 @@ RunSettings settings(bool linear)
     return run;
 }
 
+// The results of a run as plain values.
+MatValue resultsOf(const TimeStepping &stepping)
+{
+    matvar_t *results = stepping.results();
+    const MatValue value = MatValue::from(results);
+    mat::release(results);
+    return value;
+}
+
 double bandArea(const solver::Problem &problem, int region)
 {
     double area = 0.0;
@@ -315,4 +324,135 @@ TEST(SliceModels, MachineTakesTheLayoutsInSeriesAndTheIronLossData)
     for (const solver::Triangle &triangle : slice.base.mesh.triangles)
         iron += triangle.region == 1 || triangle.region == 3;
     EXPECT_EQ(iron, int(slice.ironElements.size()));
+}
+
+// RMS current density: the phase current of a delta winding (the supply's over sqrt 3)
+// shared by two parallel paths of three strands of 0.8 mm: 10 / sqrt(3) / (6 pi 0.16) A/mm^2.
+TEST(SliceModels, CurrentDensityIsThePhaseCurrentOverTheCopperOfItsStrands)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    std::map<QString, MatValue> &windings = exchange.data.windings.elements.front();
+    windings["Npp"] = mat_values::number(2);
+    windings["nstrands"] = mat_values::number(3);
+    windings["statorcircuit"] = mat_values::text("DeltaConnection");
+    RunSettings run = settings(true);
+    run.currentMethod = QStringLiteral("RMS supply current");
+    run.current = 10.0;
+    const auto density = [&]() {
+        const MachineData machine = readMachine(exchange.data, true);
+        return resultsOf(TimeStepping(readSlices(exchange.data, machine), machine, run)).field("CurrentDensity", "Results");
+    };
+    EXPECT_EQ(density().text, QStringLiteral("not computed")) << "no strand diameter";
+    windings["strandDiameter"] = mat_values::number(0.8);
+    EXPECT_NEAR(density().number("CurrentDensity"), 1.9143364424, 1e-9);
+}
+
+// At no load the magnet's flux crosses the air of gap and coil, g: B = Br hm / (hm + mu_r g),
+// and in the magnet H = (B - Br) / (mu0 mu_r) = -Br g / (mu0 (hm + mu_r g)), along the
+// whole middle of the pole. At the pole's edges, where the magnets of the model and of
+// its image meet, B across them falls towards nothing: there H opposes the magnetisation
+// more, yet in a linear magnet never beyond Br / (mu0 mu_r).
+TEST(SliceModels, DemagnetisingFieldOfASlotlessMagnetFollowsItsMagneticCircuit)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    std::map<QString, MatValue> &materials = exchange.data.materials.elements.front();
+    // 1 MA/m at 20 C, 0.5 %/K less: 0.8 MA/m at 60 C.
+    materials["magnetHcj"] = mat_values::number(1.0e6);
+    materials["magnetAlphaHcj"] = mat_values::number(-0.005);
+    materials["Tpm"] = mat_values::number(60.0);
+    const MachineData machine = readMachine(exchange.data, true);
+    const std::vector<SliceModel> slices = readSlices(exchange.data, machine);
+    const SliceModel &slice = slices.front();
+    ASSERT_FALSE(slice.magnetElements.empty());
+    TimeStepping stepping(slices, machine, settings(true));
+    stepping.run([](const QString &) {});
+    ASSERT_EQ(stepping.positions().size(), 1u);
+    const std::vector<double> &field = stepping.positions().front().demagnetisingField.front();
+    ASSERT_EQ(field.size(), slice.magnetElements.size());
+
+    const double mu0 = 4e-7 * M_PI;
+    const double air = SlotlessExchange::gap + SlotlessExchange::coil;
+    const double circuit = SlotlessExchange::remanence * air / (mu0 * (SlotlessExchange::magnet + SlotlessExchange::recoil * air));
+    const double shorted = SlotlessExchange::remanence / (mu0 * SlotlessExchange::recoil);
+    int middle = 0;
+    for (std::size_t i = 0; i < field.size(); ++i) {
+        const solver::Triangle &triangle = slice.base.mesh.triangles[std::size_t(slice.magnetElements[i])];
+        double x = 0.0;
+        for (const int node : triangle.nodes)
+            x += slice.base.mesh.nodes[std::size_t(node)].x() / 3.0;
+        if (std::abs(x - SlotlessExchange::width() / 2.0) < SlotlessExchange::width() / 20.0) {
+            EXPECT_NEAR(field[i], circuit, 0.005 * circuit) << "at x = " << x;
+            ++middle;
+        }
+    }
+    EXPECT_GT(middle, 0);
+
+    const MatValue results = resultsOf(stepping);
+    const double largest = results.field("DemagH_max", "Results").number("DemagH_max");
+    EXPECT_EQ(largest, *std::max_element(field.begin(), field.end()));
+    EXPECT_GT(largest, 1.05 * circuit) << "the edges";
+    EXPECT_LT(largest, shorted);
+    EXPECT_NEAR(results.field("DemagHpercent_max", "Results").number("DemagHpercent_max"), 100.0 * largest / 0.8e6, 1e-9);
+}
+
+namespace {
+
+// The time-stepping rows of a run as plain values.
+MatValue timesteppingOf(const TimeStepping &stepping)
+{
+    matvar_t *data = stepping.timesteppingData();
+    const MatValue value = MatValue::from(data);
+    mat::release(data);
+    return value;
+}
+
+} // namespace
+
+// Two rotors about one stator: each magnet pulls its rotor to the stator by the stress
+// B^2 / (2 mu0) over the ring's area of the gap, B that of one magnet's circuit, and
+// the stator, pulled both ways alike, feels nothing. The machine type names them from
+// the bottom up; a type that does not fit the gaps names none.
+TEST(SliceModels, NormalForcesAreNamedForEachBodyOfTheMachine)
+{
+    SlotlessExchange exchange(stiffH, stiffB, 80, SlotlessExchange::TwoRotors);
+    const MachineData machine = readMachine(exchange.data, true);
+    const std::vector<SliceModel> slices = readSlices(exchange.data, machine);
+    ASSERT_EQ(slices.front().bands.size(), 2u);
+    TimeStepping stepping(slices, machine, settings(true));
+    stepping.run([](const QString &) {});
+    const MatValue data = timesteppingOf(stepping);
+    const auto force = [&](const char *name) { return data.field(QString::fromLatin1(name), "Timesteppingdata").numbers.at(0); };
+    const double b = SlotlessExchange::gapFluxDensity();
+    const double pull = b * b / (2.0 * 4e-7 * M_PI) * 2.0 * M_PI * SlotlessExchange::radius * SlotlessExchange::length;
+    EXPECT_NEAR(force("Fn_rotor1"), pull, 0.1 * pull);
+    EXPECT_NEAR(force("Fn_rotor2"), -force("Fn_rotor1"), 1e-3 * pull);
+    EXPECT_NEAR(force("Fn_stator"), 0.0, 1e-3 * pull);
+    EXPECT_EQ(data.findField("Fn_rotor"), nullptr);
+
+    exchange.field(exchange.data.geometry, "motortype") = mat_values::text("stator-rotor-stator");
+    const MachineData unfit = readMachine(exchange.data, true);
+    TimeStepping wrong(readSlices(exchange.data, unfit), unfit, settings(true));
+    wrong.run([](const QString &) {});
+    const MatValue unnamed = timesteppingOf(wrong);
+    EXPECT_EQ(unnamed.field("Fn_rotor", "Timesteppingdata").text, QStringLiteral("not computed"));
+    EXPECT_EQ(unnamed.field("Fn_stator", "Timesteppingdata").text, QStringLiteral("not computed"));
+    EXPECT_EQ(unnamed.findField("Fn_rotor1"), nullptr);
+}
+
+// Without magnets there is no magnet loss and no field against a magnetisation.
+TEST(SliceModels, MachineWithoutMagnetsLosesNothingInThem)
+{
+    SlotlessExchange exchange(stiffH, stiffB);
+    exchange.field(exchange.data.subdomains, "MaterialType").items[0].items[1] = mat_values::text("General");
+    const MachineData machine = readMachine(exchange.data, true);
+    RunSettings run = settings(true);
+    run.points = 4;
+    run.current = 10.0;
+    TimeStepping stepping(readSlices(exchange.data, machine), machine, run);
+    stepping.run([](const QString &) {});
+    ASSERT_TRUE(stepping.magnetLosses());
+    EXPECT_EQ(*stepping.magnetLosses(), std::vector<double>(4, 0.0));
+    const MatValue results = resultsOf(stepping);
+    EXPECT_EQ(results.field("magnetloss_rotor", "Results").number("magnetloss_rotor"), 0.0);
+    EXPECT_EQ(results.field("DemagH_max", "Results").text, QStringLiteral("not computed"));
 }

@@ -7,6 +7,7 @@
 #include <QPluginLoader>
 #include <QTemporaryDir>
 #include <cmath>
+#include <functional>
 #include <iostream>
 #include <limits>
 #include <memory>
@@ -117,6 +118,13 @@ TEST_F(ExampleSteps, AssemblyGivesTheVariablesWithTheMaterialData)
     EXPECT_GT(materials.field("statorironBH", "Materials").columns, 10);
     EXPECT_NEAR(materials.field("magnetBr", "Materials").number("magnetBr"), 1.3, 0.1);
     EXPECT_EQ(materials.field("statorironmaterial", "Materials").text, QStringLiteral("M270-35A"));
+    // What the magnet's file gives for its demagnetisation and eddy currents.
+    EXPECT_GT(materials.field("magnetHcj", "Materials").number("magnetHcj"), 1e5);
+    EXPECT_GT(materials.field("magnetResistivity", "Materials").number("magnetResistivity"), 1e-7);
+    // The winding's strand diameter, mm, which the program gives among its properties.
+    const double diameter = reader.value(QStringLiteral("Windings")).field("strandDiameter", "Windings").number("strandDiameter");
+    EXPECT_GT(diameter, 0.1);
+    EXPECT_LT(diameter, 5.0);
     EXPECT_TRUE(messages.info.filter(QStringLiteral("Assembled 3 slices")).size() == 1) << messages.info.join('\n').toStdString();
 }
 
@@ -179,6 +187,19 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
     for (const double value : byFlux)
         meanTorque += value / 6.0;
     EXPECT_NEAR(number("Pinput") - number("Ps"), meanTorque * 2.0 * M_PI * 1000.0 / 60.0, 0.02 * number("Pinput"));
+    // The magnets' part of that torque and the currents' own make it up at every
+    // position. With the current in phase with the back-EMF, the magnets' part is their
+    // power over the speed, 3 E I / Omega; the rest, with no d-axis current, only the
+    // saturation's, is small.
+    const std::vector<double> &magnetPart = data.field("Torque_magnet", "Timesteppingdata").numbers;
+    const std::vector<double> &reluctancePart = data.field("Torque_reluctance", "Timesteppingdata").numbers;
+    ASSERT_EQ(magnetPart.size(), 6u);
+    ASSERT_EQ(reluctancePart.size(), 6u);
+    for (std::size_t k = 0; k < 6; ++k)
+        EXPECT_NEAR(magnetPart[k] + reluctancePart[k], byFlux[k], 1e-9 * torque) << "position " << k;
+    EXPECT_NEAR(number("torque_magnet"), 3.0 * emf * 10.0 / (2.0 * M_PI * 1000.0 / 60.0), 1e-9 * torque);
+    EXPECT_NEAR(number("torque_magnet") + number("torque_reluctance"), meanTorque, 1e-9 * torque);
+    EXPECT_LT(std::abs(number("torque_reluctance")), 0.1 * torque);
     // The co-energy's rise at fixed currents, magnets included, as the rotor moves a
     // band segment either way: it keeps the energy balance of the positions in line,
     // and the stress in the band, integrated over both cuts of each of its rectangles,
@@ -210,6 +231,25 @@ TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
         EXPECT_LT(number(name), 2.1) << name;
     }
     EXPECT_EQ(number("nWindingsInSeries"), 1.0);
+
+    // The magnets: their eddy currents over the period, and the field against them,
+    // which stays below their coercivity at this current.
+    const std::vector<double> &magnetLoss = data.field("MagnetLoss", "Timesteppingdata").numbers;
+    ASSERT_EQ(magnetLoss.size(), 6u);
+    double meanMagnetLoss = 0.0;
+    for (const double value : magnetLoss)
+        meanMagnetLoss += value / 6.0;
+    EXPECT_GT(meanMagnetLoss, 0.0);
+    EXPECT_NEAR(number("magnetloss_rotor"), meanMagnetLoss, 1e-9 * meanMagnetLoss);
+    // Its coils are wound of two strands of 20 AWG, 0.8128 mm.
+    EXPECT_NEAR(number("CurrentDensity"), 10.0 / (2.0 * M_PI * 0.8128 * 0.8128 / 4.0), 0.005 * number("CurrentDensity"));
+    EXPECT_GT(number("DemagH_max"), 0.0);
+    EXPECT_GT(number("DemagHpercent_max"), 0.0);
+    EXPECT_LT(number("DemagHpercent_max"), 100.0);
+    std::cout << "Example at 10 A: magnet loss " << meanMagnetLoss << " W, largest demagnetising field " << number("DemagH_max")
+              << " A/m (" << number("DemagHpercent_max") << " % of Hcj), current density " << number("CurrentDensity")
+              << " A/mm2, torque " << torque << " N m: magnets " << number("torque_magnet") << ", reluctance "
+              << number("torque_reluctance") << "\n";
 }
 
 TEST_F(ExampleSteps, IronLossesOfAPeriodAgreeWithAHandEstimate)
@@ -242,8 +282,9 @@ TEST_F(ExampleSteps, IronLossesOfAPeriodAgreeWithAHandEstimate)
     EXPECT_GT(efficiency, 0.0);
     EXPECT_LT(efficiency, 100.0);
     const double mechanical = number("Pmech");
-    EXPECT_NEAR(efficiency, 100.0 * mechanical / (mechanical + number("Ps") + number("Piron")), 1e-9);
+    EXPECT_NEAR(efficiency, 100.0 * mechanical / (mechanical + number("Ps") + number("Piron") + number("magnetloss_rotor")), 1e-9);
     EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("iron core")));
+    EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("magnet eddy currents")));
 
     // By hand: the stator iron's mass at the specific loss of the fundamental, for the
     // largest over the period of the mean flux density in the teeth, the stator iron
@@ -314,9 +355,9 @@ TEST_F(ExampleSteps, SinglePointRunLeavesTheWaveformRowsNotComputed)
     const MatReader reader(path);
     const MatValue results = reader.value(QStringLiteral("Results"));
     const MatValue data = reader.value(QStringLiteral("Timesteppingdata"));
-    for (const char *name : {"Vd", "Vq", "Pinput", "PowerFactor", "Piron", "Piron_hyst", "Piron_eddy", "Vs"})
+    for (const char *name : {"Vd", "Vq", "Pinput", "PowerFactor", "Piron", "Piron_hyst", "Piron_eddy", "Vs", "magnetloss_rotor"})
         EXPECT_EQ(results.field(QString::fromLatin1(name), "Results").text, QStringLiteral("not computed")) << name;
-    for (const char *name : {"Vd", "Vq", "BackEMFd", "BackEMFq", "Pinput"})
+    for (const char *name : {"Vd", "Vq", "BackEMFd", "BackEMFq", "Pinput", "MagnetLoss"})
         EXPECT_EQ(data.field(QString::fromLatin1(name), "Timesteppingdata").text, QStringLiteral("not computed")) << name;
     EXPECT_TRUE(results.field("Piron_tooltip", "Results").text.contains(QStringLiteral("at least 4 positions")));
     EXPECT_FALSE(results.findField(QStringLiteral("Piron_hyst_stator")));
@@ -324,6 +365,32 @@ TEST_F(ExampleSteps, SinglePointRunLeavesTheWaveformRowsNotComputed)
     EXPECT_EQ(results.field("Is", "Results").numbers.size(), 2u);
     EXPECT_GT(results.field("Efficiency", "Results").number("Efficiency"), 0.0);
     EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("iron core loss is not computed")));
+    EXPECT_TRUE(results.field("Efficiency_tooltip", "Results").text.contains(QStringLiteral("magnet loss is not computed")));
+}
+
+// With current on both axes the reluctance torque is that of the apparent inductances
+// of the operating point, which the results give too: 1.5 p (Ld - Lq) Id Iq.
+TEST_F(ExampleSteps, ReluctanceTorqueFollowsTheApparentInductances)
+{
+    ASSERT_TRUE(assembledOk);
+    const ExchangeData data = exchange();
+    const MachineData machine = readMachine(data, false);
+    RunSettings settings;
+    settings.points = 6;
+    settings.advanceAngle = 30.0;
+    settings.currentMethod = QStringLiteral("RMS phase current");
+    settings.current = 10.0;
+    TimeStepping stepping(readSlices(data, machine), machine, settings);
+    stepping.run([](const QString &) {});
+    const std::unique_ptr<matvar_t, void (*)(matvar_t *)> variable(stepping.results(), mat::release);
+    const MatValue results = MatValue::from(variable.get());
+    const auto number = [&](const char *name) { return results.field(QString::fromLatin1(name), "Results").number(name); };
+    EXPECT_NEAR(number("Id"), -std::sqrt(2.0) * 10.0 * 0.5, 1e-9);
+    const double reluctance = 1.5 * machine.polePairs * (number("Ld") - number("Lq")) * number("Id") * number("Iq");
+    EXPECT_NEAR(number("torque_reluctance"), reluctance, 1e-6 * number("torque"));
+    EXPECT_NEAR(number("torque_magnet"), 1.5 * machine.polePairs * number("Ke_rad") / machine.polePairs * number("Iq"), 1e-9 * number("torque"));
+    std::cout << "Example at 30 el. deg: torque " << number("torque") << " N m, magnets " << number("torque_magnet") << ", reluctance "
+              << reluctance << " (Ld " << number("Ld") << " H, Lq " << number("Lq") << " H)\n";
 }
 
 TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
@@ -331,6 +398,7 @@ TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
     ASSERT_TRUE(assembledOk);
     ExchangeData data = exchange();
     data.materials.elements.front().erase(QStringLiteral("statorironLoss"));
+    data.materials.elements.front().erase(QStringLiteral("magnetResistivity"));
     const MachineData machine = readMachine(data, true);
     EXPECT_FALSE(machine.statorIron.coefficients);
     RunSettings settings;
@@ -343,6 +411,8 @@ TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
     EXPECT_FALSE(stepping.ironLosses());
     EXPECT_EQ(progress.filter(QStringLiteral("The iron losses are not computed: the iron 'M270-35A' has no iron loss data")).size(), 1)
         << progress.join('\n').toStdString();
+    EXPECT_FALSE(stepping.magnetLosses());
+    EXPECT_EQ(progress.filter(QStringLiteral("The magnet losses are not computed: the magnet's file gives no electric resistivity")).size(), 1);
 }
 
 TEST_F(ExampleSteps, MutualInductancesOfTheExampleAreSymmetric)
@@ -506,6 +576,53 @@ TEST(SolverSteps, PluginBesideTheProgramLoads)
     solver->runMStimestepping(path);
     ASSERT_EQ(console.errors.size(), 1);
     EXPECT_TRUE(console.errors.front().contains(QStringLiteral("Geometry")));
+    solver->setConsole(nullptr);
+    loader.unload();
+}
+
+// A damaged exchange file gives the plug-in's first step an error that says so, in the
+// file as the answer, and no crash: cut short, or with a variable that declares more
+// bytes than the file holds, which libmatio would try to allocate.
+TEST(SolverSteps, PluginRefusesADamagedExchangeFile)
+{
+    QPluginLoader loader(programFolder() + QStringLiteral("/MCRCtrl"));
+    ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
+    auto *solver = qobject_cast<MCRCtrlInterface *>(loader.instance());
+    ASSERT_NE(solver, nullptr);
+    struct Console : MCRCtrlInterface::Console
+    {
+        QStringList errors;
+        void info(const QString &) override {}
+        void error(const QString &text) override { errors << text; }
+    } console;
+    solver->setConsole(&console);
+
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("step.mat"));
+    const auto damaged = [&](const std::function<void(QByteArray &)> &damage) {
+        writeMatFile(path, {mat::text(QStringLiteral("file"), folder.filePath(QStringLiteral("design.zva"))),
+                            mat::number(QStringLiteral("motorProps"), 0.0)});
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        QByteArray bytes = file.readAll();
+        file.close();
+        damage(bytes);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(bytes);
+    };
+    // The first variable's size follows its type, after the 128 bytes of the header.
+    const std::vector<std::function<void(QByteArray &)>> damages{
+        [](QByteArray &bytes) { bytes.truncate(150); },
+        [](QByteArray &bytes) { bytes.replace(132, 4, QByteArray("\xf0\xff\xff\x7f", 4)); },
+    };
+    for (const auto &damage : damages) {
+        console.errors.clear();
+        damaged(damage);
+        solver->runAssembleZVA(path);
+        ASSERT_EQ(console.errors.size(), 1);
+        EXPECT_TRUE(console.errors.front().startsWith(QStringLiteral("Can't read the exchange file"))) << console.errors.front().toStdString();
+        EXPECT_EQ(MatReader(path).value(QStringLiteral("Error")).text, console.errors.front());
+    }
     solver->setConsole(nullptr);
     loader.unload();
 }
