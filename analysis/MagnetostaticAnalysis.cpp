@@ -21,6 +21,8 @@ namespace {
 
 // Version of the analysis's block in a document file.
 const qint32 streamVersion = 2;
+// The most points the editor offers.
+const int maxNumberPoints = 100000;
 
 } // namespace
 
@@ -265,6 +267,13 @@ bool MagnetostaticAnalysis::load(QDataStream &in)
     checkEnumerator(in, m_solverType, Nonlinear, QStringLiteral("the solver type"));
     checkEnumerator(in, m_accuracy, SinglePoint, QStringLiteral("the accuracy"));
     checkEnumerator(in, m_timePeriodMode, OneElecticalPeriod, QStringLiteral("the time period mode"));
+    // The solver takes this many positions, times the slots: a damaged count would run for days.
+    if (m_numberPoints < 1 || m_numberPoints > maxNumberPoints) {
+        StreamChecks::refuse(in, QStringLiteral("the number of points %1 is outside 1 to %2")
+                                     .arg(m_numberPoints)
+                                     .arg(maxNumberPoints));
+        m_numberPoints = 1;
+    }
     return true;
 }
 

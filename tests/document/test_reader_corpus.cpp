@@ -291,6 +291,9 @@ TEST(ReaderCorpus, ChoicesOfTheDriveAndTheAnalysisOutsideTheirEnumerationsAreRef
         {"solver type 3", replaced(example, analysis + 4, word(3)), "the solver type 3 is unknown"},
         {"an accuracy of three points", replaced(example, analysis + 8, word(3)), "the accuracy 3 is unknown"},
         {"time period mode 0", replaced(example, analysis + 20, word(0)), "the time period mode 0 is unknown"},
+        {"no points", replaced(example, analysis + 12, word(0)), "the number of points 0 is outside 1 to 100000"},
+        {"two thousand million points", replaced(example, analysis + 12, word(2000000000)),
+         "the number of points 2000000000 is outside"},
     };
     for (const Case &input : cases)
         expectRefused(input);
