@@ -555,48 +555,54 @@ TEST(SolverSteps, MissingDesignIsAnErrorInTheExchangeFile)
     EXPECT_FALSE(reader.contains(QStringLiteral("Mesh")));
 }
 
-// The plug-in beside the program is the one the program loads by its base name.
-TEST(SolverSteps, PluginBesideTheProgramLoads)
+namespace {
+
+// The plug-in beside the program, loaded as the program loads it: by its base name.
+class LoadedPlugin : public ::testing::Test
 {
-    QPluginLoader loader(programFolder() + QStringLiteral("/MCRCtrl"));
-    ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
-    auto *solver = qobject_cast<MCRCtrlInterface *>(loader.instance());
-    ASSERT_NE(solver, nullptr);
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
+        solver = qobject_cast<MCRCtrlInterface *>(loader.instance());
+        ASSERT_NE(solver, nullptr);
+        solver->setConsole(&console);
+    }
+    void TearDown() override
+    {
+        if (solver)
+            solver->setConsole(nullptr);
+        loader.unload();
+    }
 
     struct Console : MCRCtrlInterface::Console
     {
         QStringList errors;
         void info(const QString &) override {}
         void error(const QString &text) override { errors << text; }
-    } console;
-    solver->setConsole(&console);
+    };
+    QPluginLoader loader{programFolder() + QStringLiteral("/MCRCtrl")};
+    MCRCtrlInterface *solver = nullptr;
+    Console console;
+};
+
+} // namespace
+
+TEST_F(LoadedPlugin, ReportsAMissingGeometry)
+{
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("step.mat"));
     writeMatFile(path, {mat::text(QStringLiteral("Private"), QString())});
     solver->runMStimestepping(path);
     ASSERT_EQ(console.errors.size(), 1);
     EXPECT_TRUE(console.errors.front().contains(QStringLiteral("Geometry")));
-    solver->setConsole(nullptr);
-    loader.unload();
 }
 
 // A damaged exchange file gives the plug-in's first step an error that says so, in the
 // file as the answer, and no crash: cut short, or with a variable that declares more
 // bytes than the file holds, which libmatio would try to allocate.
-TEST(SolverSteps, PluginRefusesADamagedExchangeFile)
+TEST_F(LoadedPlugin, RefusesADamagedExchangeFile)
 {
-    QPluginLoader loader(programFolder() + QStringLiteral("/MCRCtrl"));
-    ASSERT_TRUE(loader.load()) << loader.errorString().toStdString();
-    auto *solver = qobject_cast<MCRCtrlInterface *>(loader.instance());
-    ASSERT_NE(solver, nullptr);
-    struct Console : MCRCtrlInterface::Console
-    {
-        QStringList errors;
-        void info(const QString &) override {}
-        void error(const QString &text) override { errors << text; }
-    } console;
-    solver->setConsole(&console);
-
     QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("step.mat"));
     const auto damaged = [&](const std::function<void(QByteArray &)> &damage) {
@@ -623,6 +629,4 @@ TEST(SolverSteps, PluginRefusesADamagedExchangeFile)
         EXPECT_TRUE(console.errors.front().startsWith(QStringLiteral("Can't read the exchange file"))) << console.errors.front().toStdString();
         EXPECT_EQ(MatReader(path).value(QStringLiteral("Error")).text, console.errors.front());
     }
-    solver->setConsole(nullptr);
-    loader.unload();
 }
