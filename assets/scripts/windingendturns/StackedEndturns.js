@@ -175,14 +175,15 @@ function roundedPoints(corners, bend, step) {
     return points;
 }
 
-// Levels step towards the back of the stator, away from the air gap: down, in the machine.
-var towardsBack = -1;
 // Neighbouring levels keep a twentieth of a coil between them.
 var spacing = 1.05;
 
 // The staircase of one side, `sign` 1 outside and -1 inside: where the levels run, and how an
 // end turn gets to its own.
 function staircaseOf(ends, sign, width, height, roomInside) {
+    // Levels step towards the back of the stator, away from the air gap of the face: the same
+    // sense for all coil sides of a face.
+    var towardsBack = ends[0].begin.towardsBack;
     var radii = [], depths = [], slots = 1;
     ends.forEach(function (e) {
         [e.begin, e.end].forEach(function (side) {
