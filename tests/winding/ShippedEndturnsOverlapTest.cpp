@@ -49,6 +49,9 @@ const WindingCase windingCases[] = {
     {"12 slots, 10 poles, two layers one above the other", 12, 5, 2, Winding::UpperLower, 2},
     {"12 slots, 10 poles, two layers side by side", 12, 5, 2, Winding::LeftRight, 1},
     {"24 slots, 4 poles, two layers side by side", 24, 2, 2, Winding::LeftRight, 1},
+    // Deep staircases on a wide bore: their corners must still pass the bend check.
+    {"36 slots, 6 poles, two layers one above the other", 36, 3, 2, Winding::UpperLower, 6, 160.0},
+    {"48 slots, 8 poles, two layers one above the other", 48, 4, 2, Winding::UpperLower, 6, 160.0},
 };
 
 const char *const statorScripts[] = {"SlottedStator.js", "SlottedStatorToothTips.js"};

@@ -134,19 +134,35 @@ function cleaned(corners) {
     return result;
 }
 
-// Points along a polyline whose corners are rounded with the radius bend, or less where a
-// segment is too short: each inner segment gives half of its length to each of its corners.
-function roundedPoints(corners, bend, step) {
-    var points = [corners[0]];
+// A polyline whose corners are rounded with the radius bend, or less where a segment is too
+// short: each inner segment gives half of its length to each of its corners. It comes as its
+// pieces, straight and round in turn, each a list of points that begins where the one before
+// ends: the program samples the path piece by piece, so that a corner is never cut short. A piece
+// shorter than `least` goes on into the next, as the program refuses very short filaments.
+function roundedPieces(corners, bend, step, least) {
+    var pieces = [[corners[0]]];
     var from = corners[0];
+    function current() {
+        return pieces[pieces.length - 1];
+    }
+    function lengthAlong(points) {
+        var sum = 0;
+        for (var k = 1; k < points.length; ++k)
+            sum += lengthOf(sub(points[k], points[k - 1]));
+        return sum;
+    }
     function straightTo(p) {
         var v = sub(p, from);
         if (lengthOf(v) < 1e-6)
             return;
         var n = Math.ceil(lengthOf(v) / step);
         for (var s = 1; s <= n; ++s)
-            points.push(addScaled(from, v, s / n));
+            current().push(addScaled(from, v, s / n));
         from = p;
+    }
+    function nextPiece() {
+        if (lengthAlong(current()) >= least)
+            pieces.push([from]);
     }
     for (var i = 1; i + 1 < corners.length; ++i) {
         var p = corners[i];
@@ -160,6 +176,7 @@ function roundedPoints(corners, bend, step) {
         var tangent = radius / Math.tan(half);
         var t1 = addScaled(p, e1, tangent), t2 = addScaled(p, e2, tangent);
         straightTo(t1);
+        nextPiece();
         var bisector = addScaled(e1, e2, 1);
         var centre = addScaled(p, bisector, radius / Math.sin(half) / lengthOf(bisector));
         var v1 = sub(t1, centre), v2 = sub(t2, centre);
@@ -167,12 +184,15 @@ function roundedPoints(corners, bend, step) {
         var n = Math.max(3, Math.ceil(omega / (Math.PI / 12)));
         for (var s = 1; s <= n; ++s) {
             var w1 = Math.sin((1 - s / n) * omega) / Math.sin(omega), w2 = Math.sin(s / n * omega) / Math.sin(omega);
-            points.push(addScaled(addScaled(centre, v1, w1), v2, w2));
+            current().push(addScaled(addScaled(centre, v1, w1), v2, w2));
         }
         from = t2;
+        nextPiece();
     }
     straightTo(corners[corners.length - 1]);
-    return points;
+    if (pieces.length > 1 && lengthAlong(current()) < least)
+        pieces[pieces.length - 2] = pieces[pieces.length - 2].concat(pieces.pop().slice(1));
+    return pieces;
 }
 
 // Neighbouring levels keep a twentieth of a coil between them.
@@ -239,10 +259,15 @@ function legCorners(stairs, r, z, R, Z, u, ahead, lean) {
     // Inside, the legs at the gap's height draw together with those of the next slots, the more
     // the deeper their level: they don't lean there.
     var aside = stairs.sign > 0 ? lean : 0;
-    // The slope takes half a slot pitch, or room for its two bends, but it is down by a coil's
-    // thickness before it passes the next slot, whose legs go out at the gap's height.
+    // The slope takes half a slot pitch, or room for its two bends, but passes the leg of the next
+    // slot, which goes out at the gap's height, a coil and its spacing away, measured square to the
+    // slope. Where the slots are closer than that, it is at least down by a coil's thickness
+    // before it passes the next slot.
     var pitch = R * stairs.pitch - aside;
-    var slope = Math.min(Math.max(pitch / 2, 4 * stairs.bend), 0.9 * pitch * Math.abs(Z - z) / (2 * stairs.bend));
+    var drop = Math.abs(Z - z), clear = spacing * 2 * stairs.bend;
+    var steepest = pitch > clear ? drop * Math.sqrt(pitch * pitch / (clear * clear) - 1)
+                                 : 0.9 * pitch * drop / (2 * stairs.bend);
+    var slope = Math.min(Math.max(pitch / 2, 4 * stairs.bend), steepest);
     return [at(r, z, aside, 0), at(R, z, aside, 0), at(R, Z, aside, slope)];
 }
 
@@ -260,16 +285,18 @@ function stackedPath(end, stairs, level) {
     var corners = cleaned(legCorners(stairs, radiusOf(a), a.z, R, Z, 0, 1, lean)
                               .concat(legCorners(stairs, radiusOf(b), b.z, R, Z, length, -1, lean).reverse()));
     var step = Math.max(1, Math.min(stairs.bend, 5));
-    var developed = roundedPoints(corners, stairs.bend, step);
     var start = angleOf(a), turn = sweep / length;
-    var points = developed.map(function (p) {
+    function inMachine(p) {
         var angle = start + p.u * turn;
         return Geom.point3(p.r * Math.cos(angle), p.r * Math.sin(angle), p.z);
-    });
+    }
+    var pieces = roundedPieces(corners, stairs.bend, step, stairs.bend).map(function (piece) { return piece.map(inMachine); });
     // The ends exactly at the slot centres.
-    points[0] = a;
-    points[points.length - 1] = b;
-    return Geom.bspline(points);
+    pieces[0][0] = a;
+    pieces[pieces.length - 1][pieces[pieces.length - 1].length - 1] = b;
+    return Geom.wire(pieces.map(function (points) {
+        return points.length > 2 ? Geom.bspline(points) : Geom.segment(points[0], points[1]);
+    }));
 }
 
 function calcEndturnPaths(width, height, innerRadius, outerRadius, endturns, autoOverhang, generate) {
