@@ -1,7 +1,8 @@
 // Stacked end turns, for windings whose coils cross, as distributed windings have them. On each
 // side of the stator the end turns are put on levels: two end turns whose arcs round the axis
 // overlap never share a level, and tooth coils, whose end turns don't cross, all keep the first.
-// The levels step towards the back of the stator, one coil height each, and where the layers lie
+// The levels step towards the back of the stator, away from the gap of the face the coils lie at
+// (each coil side's `towardsBack` tells which way), one coil height each, and where the layers lie
 // one above the other also outwards (inwards inside), one coil width each: a staircase, every
 // level clear of its neighbours by a coil and a twentieth.
 // An end turn leaves its slot radially and leans a little towards its run. From the layer next
@@ -9,6 +10,8 @@
 // the gap it first goes out, beyond the levels it passes, and then slopes back to its level
 // along its run, within about half a slot pitch. The two end turns that meet at a slot thus part:
 // the one in the slot's plane, the other beside it.
+// A path is a wire of its straight and round pieces, so that the filaments the program samples
+// from it follow every corner.
 // Inside, where the levels would take more than half of the inner radius, their steps shrink,
 // but to no less than a coil's thickness; whether the end turns clear each other is measured and
 // told, as for any end-turn script.
