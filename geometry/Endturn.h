@@ -15,6 +15,9 @@ struct CoilSide
     int layer = 0;
     double angle = 0.0; // of the slot position, radians
     Point3 center;
+    // The sense along the axis, 1 or -1, from the air gap of the face the coil side lies at into
+    // the stator body: the end turns have room that way. -1 on the face of a lower body.
+    int towardsBack = -1;
     // The coil's cross-section there, in its own plane.
     servoce::shape profile;
 };

@@ -25,6 +25,8 @@
 #include "base/ScriptConsole.h"
 #include "document/Document.h"
 #include "geometry/Piece.h"
+#include "geometry/Stator.h"
+#include "geometry/StatorItem.h"
 #include "geometry/servoce/curve.h"
 #include "materials/WindingMaterial.h"
 
@@ -176,6 +178,7 @@ QJSValue WindingObject::endturnsToScript(const QVector<Winding::Endturns> &coils
         value.setProperty(QStringLiteral("slot"), coilSide.slot + 1);
         value.setProperty(QStringLiteral("layer"), coilSide.layer + 1);
         value.setProperty(QStringLiteral("center"), m_engine->toScriptValue(scriptPoint(coilSide.center)));
+        value.setProperty(QStringLiteral("towardsBack"), coilSide.towardsBack);
         value.setProperty(QStringLiteral("profile"),
                           m_engine->toScriptValue(QmlShape(coilSide.profile, m_engine.get())));
         return value;
@@ -503,11 +506,27 @@ SlotSectionRecord measured(const servoce::shape &side)
     return record;
 }
 
-Winding::CoilSide coilSide(int slot, int layer, double pitch, const SlotSectionRecord &record, double radius)
+// Away from the air gap: down in a lower body, up in an upper one, towards the middle from each
+// face of a body between two gaps. Coils through a body without yoke keep the sense of a lower body.
+int towardsBackOf(const StatorItem &item, const QVector<SlotSectionRecord> &records)
+{
+    if (item.isUpper())
+        return 1;
+    if (!item.isMiddle())
+        return -1;
+    double z = 0.0;
+    for (const SlotSectionRecord &record : records)
+        z += record.z / records.size();
+    return z < (item.posBottom() + item.posTop()) / 2.0 - 1e-7 ? 1 : -1;
+}
+
+Winding::CoilSide coilSide(int slot, int layer, double pitch, const SlotSectionRecord &record, double radius,
+                           int towardsBack)
 {
     Winding::CoilSide side;
     side.slot = slot;
     side.layer = layer;
+    side.towardsBack = towardsBack;
     side.angle = record.angle + slot * pitch;
     side.center = {radius * std::cos(side.angle), radius * std::sin(side.angle), record.z};
     return side;
@@ -563,6 +582,11 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
             setWidthWindingCoil(records.first().width);
             setHeightWindingCoil(records.first().height);
         }
+        const QVector<StatorItem *> items = document()->stator()->items();
+        const auto item = std::find_if(items.cbegin(), items.cend(), [this, index](const StatorItem *candidate) {
+            return candidate->id() == statorItemOfLayout(index);
+        });
+        const int towardsBack = item != items.cend() ? towardsBackOf(**item, records) : -1;
         const double coilRadius = 1.05 * qMax(m_widthWindingCoil, m_heightWindingCoil) / 2.0;
         QVector<Winding::Endturns> coils;
         const Winding::Layout &layout = m_coilLayouts.at(index);
@@ -576,12 +600,12 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
                 ends.phase = Winding::Phase(phase);
                 ends.outer.kind = Winding::EndturnKind::Outer;
                 ends.outer.dir = coil.orientation;
-                ends.outer.begin = coilSide(coil.slotFrom, coil.layerFrom, pitch, from, from.outerRadius);
-                ends.outer.end = coilSide(coil.slotTo, coil.layerTo, pitch, to, to.outerRadius);
+                ends.outer.begin = coilSide(coil.slotFrom, coil.layerFrom, pitch, from, from.outerRadius, towardsBack);
+                ends.outer.end = coilSide(coil.slotTo, coil.layerTo, pitch, to, to.outerRadius, towardsBack);
                 ends.inner.kind = Winding::EndturnKind::Inner;
                 ends.inner.dir = Winding::Coil::Orientation(-coil.orientation);
-                ends.inner.begin = coilSide(coil.slotTo, coil.layerTo, pitch, to, to.innerRadius);
-                ends.inner.end = coilSide(coil.slotFrom, coil.layerFrom, pitch, from, from.innerRadius);
+                ends.inner.begin = coilSide(coil.slotTo, coil.layerTo, pitch, to, to.innerRadius, towardsBack);
+                ends.inner.end = coilSide(coil.slotFrom, coil.layerFrom, pitch, from, from.innerRadius, towardsBack);
                 coils << ends;
             }
         }

@@ -1,12 +1,16 @@
 #include <QFile>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <limits>
+#include <utility>
 
 #include "document/Document.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
+#include "geometry/servoce/curve.h"
 #include "support/ConsoleSpies.h"
 #include "winding/WindingObject.h"
 
@@ -34,6 +38,7 @@ struct WindingCase
     // What the layout generator makes of it: the end turns of coils wider than one slot
     // pitch cross those of their neighbours.
     int span;
+    double innerDiameter = 100.0;
 };
 
 const WindingCase distributedTwoLayers{"24 slots, 4 poles, two layers one above the other", 24, 2, 2,
@@ -44,6 +49,9 @@ const WindingCase windingCases[] = {
     {"12 slots, 10 poles, two layers one above the other", 12, 5, 2, Winding::UpperLower, 2},
     {"12 slots, 10 poles, two layers side by side", 12, 5, 2, Winding::LeftRight, 1},
     {"24 slots, 4 poles, two layers side by side", 24, 2, 2, Winding::LeftRight, 1},
+    // Deep staircases on a wide bore: their corners must still pass the bend check.
+    {"36 slots, 6 poles, two layers one above the other", 36, 3, 2, Winding::UpperLower, 6, 160.0},
+    {"48 slots, 8 poles, two layers one above the other", 48, 4, 2, Winding::UpperLower, 6, 160.0},
 };
 
 const char *const statorScripts[] = {"SlottedStator.js", "SlottedStatorToothTips.js"};
@@ -53,12 +61,12 @@ class ShippedEndturnsOverlapTest : public ::testing::Test
 protected:
     ShippedEndturnsOverlapTest() { doc.start(); }
 
-    void makeMachine(const char *statorScript, const WindingCase &windingCase)
+    void makeMachine(const char *statorScript, const WindingCase &windingCase, Machine::Type machine = Machine::SR)
     {
         doc.markAsMade();
-        doc.setMachineType(Machine::SR);
+        doc.setMachineType(machine);
         for (MotorElement *element : {static_cast<MotorElement *>(doc.stator()), static_cast<MotorElement *>(doc.rotor())}) {
-            element->setInnerDiameter(100.0);
+            element->setInnerDiameter(windingCase.innerDiameter);
             element->setOuterDiameter(300.0);
         }
         doc.stator()->setTypeMiddleItem(MotorElement::Yoke);
@@ -94,6 +102,30 @@ protected:
         }
         std::cout << script << ": " << verdict.distances.join("; ").toStdString() << std::endl;
         return verdict;
+    }
+
+    // The lowest and the highest point of a layout's end turns along the axis.
+    static QPair<double, double> heightRange(const QVector<Winding::Endturns> &coils)
+    {
+        QPair<double, double> range{std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()};
+        for (const Winding::Endturns &coil : coils) {
+            for (const Winding::Endturn *end : {&coil.outer, &coil.inner}) {
+                for (const servoce::point3 &point : servoce::deflection_points(end->path, 0.5)) {
+                    range.first = std::min(range.first, point.z);
+                    range.second = std::max(range.second, point.z);
+                }
+            }
+        }
+        return range;
+    }
+
+    const StatorItem *itemOfLayout(int index) const
+    {
+        for (const StatorItem *item : doc.stator()->items()) {
+            if (item->id() == winding->statorItemOfLayout(index))
+                return item;
+        }
+        return nullptr;
     }
 
     static std::string joined(const QSignalSpy &spy)
@@ -150,6 +182,40 @@ TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsOverlapOnNoWindingOfEitherStat
             EXPECT_EQ(stacked.distances.size(), 2);
             EXPECT_FALSE(stacked.outer);
             EXPECT_FALSE(stacked.inner);
+        }
+    }
+}
+
+// Between two rotors the faces of the stator look onto gaps on either side: those of two stators,
+// or of one body with a winding on each face. Each face's staircase goes into its own body, never
+// into a gap, and on a body with two faces no further than its middle, where the other's begins.
+TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsStepIntoTheStatorFromTheGapOfEachFace)
+{
+    const std::pair<Machine::Type, WindingCase> machines[] = {{Machine::SRS, distributedTwoLayers},
+                                                              {Machine::RSR, windingCases[1]}};
+    for (const auto &[machine, windingCase] : machines) {
+        SCOPED_TRACE(QStringLiteral("%1, %2").arg(Machine::typeText(machine), windingCase.name).toStdString());
+        makeMachine(statorScripts[0], windingCase, machine);
+        for (StatorItem *item : doc.stator()->items())
+            item->setHeight(80.0);
+        ASSERT_EQ(winding->countLayouts(), 2);
+        const Verdict stacked = verdictOf("StackedEndturns.js");
+        EXPECT_EQ(stacked.distances.size(), 4);
+        EXPECT_FALSE(stacked.outer);
+        EXPECT_FALSE(stacked.inner);
+        const QVector<QVector<Winding::Endturns>> layouts = winding->endturns();
+        ASSERT_EQ(layouts.size(), 2);
+        for (int index = 0; index < layouts.size(); ++index) {
+            SCOPED_TRACE(index);
+            const StatorItem *item = itemOfLayout(index);
+            ASSERT_TRUE(item);
+            const double middle = (item->posBottom() + item->posTop()) / 2.0;
+            const bool upperFace = layouts.at(index).first().outer.begin.center.z > middle;
+            const double face = upperFace ? item->posTop() : item->posBottom();
+            const double back = item->isMiddle() ? middle : (upperFace ? item->posBottom() : item->posTop());
+            const QPair<double, double> range = heightRange(layouts.at(index));
+            EXPECT_GE(range.first, std::min(face, back) - 1e-6);
+            EXPECT_LE(range.second, std::max(face, back) + 1e-6);
         }
     }
 }

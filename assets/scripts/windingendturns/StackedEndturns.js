@@ -1,7 +1,8 @@
 // Stacked end turns, for windings whose coils cross, as distributed windings have them. On each
 // side of the stator the end turns are put on levels: two end turns whose arcs round the axis
 // overlap never share a level, and tooth coils, whose end turns don't cross, all keep the first.
-// The levels step towards the back of the stator, one coil height each, and where the layers lie
+// The levels step towards the back of the stator, away from the gap of the face the coils lie at
+// (each coil side's `towardsBack` tells which way), one coil height each, and where the layers lie
 // one above the other also outwards (inwards inside), one coil width each: a staircase, every
 // level clear of its neighbours by a coil and a twentieth.
 // An end turn leaves its slot radially and leans a little towards its run. From the layer next
@@ -9,6 +10,8 @@
 // the gap it first goes out, beyond the levels it passes, and then slopes back to its level
 // along its run, within about half a slot pitch. The two end turns that meet at a slot thus part:
 // the one in the slot's plane, the other beside it.
+// A path is a wire of its straight and round pieces, so that the filaments the program samples
+// from it follow every corner.
 // Inside, where the levels would take more than half of the inner radius, their steps shrink,
 // but to no less than a coil's thickness; whether the end turns clear each other is measured and
 // told, as for any end-turn script.
@@ -134,19 +137,35 @@ function cleaned(corners) {
     return result;
 }
 
-// Points along a polyline whose corners are rounded with the radius bend, or less where a
-// segment is too short: each inner segment gives half of its length to each of its corners.
-function roundedPoints(corners, bend, step) {
-    var points = [corners[0]];
+// A polyline whose corners are rounded with the radius bend, or less where a segment is too
+// short: each inner segment gives half of its length to each of its corners. It comes as its
+// pieces, straight and round in turn, each a list of points that begins where the one before
+// ends: the program samples the path piece by piece, so that a corner is never cut short. A piece
+// shorter than `least` goes on into the next, as the program refuses very short filaments.
+function roundedPieces(corners, bend, step, least) {
+    var pieces = [[corners[0]]];
     var from = corners[0];
+    function current() {
+        return pieces[pieces.length - 1];
+    }
+    function lengthAlong(points) {
+        var sum = 0;
+        for (var k = 1; k < points.length; ++k)
+            sum += lengthOf(sub(points[k], points[k - 1]));
+        return sum;
+    }
     function straightTo(p) {
         var v = sub(p, from);
         if (lengthOf(v) < 1e-6)
             return;
         var n = Math.ceil(lengthOf(v) / step);
         for (var s = 1; s <= n; ++s)
-            points.push(addScaled(from, v, s / n));
+            current().push(addScaled(from, v, s / n));
         from = p;
+    }
+    function nextPiece() {
+        if (lengthAlong(current()) >= least)
+            pieces.push([from]);
     }
     for (var i = 1; i + 1 < corners.length; ++i) {
         var p = corners[i];
@@ -160,6 +179,7 @@ function roundedPoints(corners, bend, step) {
         var tangent = radius / Math.tan(half);
         var t1 = addScaled(p, e1, tangent), t2 = addScaled(p, e2, tangent);
         straightTo(t1);
+        nextPiece();
         var bisector = addScaled(e1, e2, 1);
         var centre = addScaled(p, bisector, radius / Math.sin(half) / lengthOf(bisector));
         var v1 = sub(t1, centre), v2 = sub(t2, centre);
@@ -167,22 +187,26 @@ function roundedPoints(corners, bend, step) {
         var n = Math.max(3, Math.ceil(omega / (Math.PI / 12)));
         for (var s = 1; s <= n; ++s) {
             var w1 = Math.sin((1 - s / n) * omega) / Math.sin(omega), w2 = Math.sin(s / n * omega) / Math.sin(omega);
-            points.push(addScaled(addScaled(centre, v1, w1), v2, w2));
+            current().push(addScaled(addScaled(centre, v1, w1), v2, w2));
         }
         from = t2;
+        nextPiece();
     }
     straightTo(corners[corners.length - 1]);
-    return points;
+    if (pieces.length > 1 && lengthAlong(current()) < least)
+        pieces[pieces.length - 2] = pieces[pieces.length - 2].concat(pieces.pop().slice(1));
+    return pieces;
 }
 
-// Levels step towards the back of the stator, away from the air gap: down, in the machine.
-var towardsBack = -1;
 // Neighbouring levels keep a twentieth of a coil between them.
 var spacing = 1.05;
 
 // The staircase of one side, `sign` 1 outside and -1 inside: where the levels run, and how an
 // end turn gets to its own.
 function staircaseOf(ends, sign, width, height, roomInside) {
+    // Levels step towards the back of the stator, away from the air gap of the face: the same
+    // sense for all coil sides of a face.
+    var towardsBack = ends[0].begin.towardsBack;
     var radii = [], depths = [], slots = 1;
     ends.forEach(function (e) {
         [e.begin, e.end].forEach(function (side) {
@@ -238,10 +262,15 @@ function legCorners(stairs, r, z, R, Z, u, ahead, lean) {
     // Inside, the legs at the gap's height draw together with those of the next slots, the more
     // the deeper their level: they don't lean there.
     var aside = stairs.sign > 0 ? lean : 0;
-    // The slope takes half a slot pitch, or room for its two bends, but it is down by a coil's
-    // thickness before it passes the next slot, whose legs go out at the gap's height.
+    // The slope takes half a slot pitch, or room for its two bends, but passes the leg of the next
+    // slot, which goes out at the gap's height, a coil and its spacing away, measured square to the
+    // slope. Where the slots are closer than that, it is at least down by a coil's thickness
+    // before it passes the next slot.
     var pitch = R * stairs.pitch - aside;
-    var slope = Math.min(Math.max(pitch / 2, 4 * stairs.bend), 0.9 * pitch * Math.abs(Z - z) / (2 * stairs.bend));
+    var drop = Math.abs(Z - z), clear = spacing * 2 * stairs.bend;
+    var steepest = pitch > clear ? drop * Math.sqrt(pitch * pitch / (clear * clear) - 1)
+                                 : 0.9 * pitch * drop / (2 * stairs.bend);
+    var slope = Math.min(Math.max(pitch / 2, 4 * stairs.bend), steepest);
     return [at(r, z, aside, 0), at(R, z, aside, 0), at(R, Z, aside, slope)];
 }
 
@@ -259,16 +288,18 @@ function stackedPath(end, stairs, level) {
     var corners = cleaned(legCorners(stairs, radiusOf(a), a.z, R, Z, 0, 1, lean)
                               .concat(legCorners(stairs, radiusOf(b), b.z, R, Z, length, -1, lean).reverse()));
     var step = Math.max(1, Math.min(stairs.bend, 5));
-    var developed = roundedPoints(corners, stairs.bend, step);
     var start = angleOf(a), turn = sweep / length;
-    var points = developed.map(function (p) {
+    function inMachine(p) {
         var angle = start + p.u * turn;
         return Geom.point3(p.r * Math.cos(angle), p.r * Math.sin(angle), p.z);
-    });
+    }
+    var pieces = roundedPieces(corners, stairs.bend, step, stairs.bend).map(function (piece) { return piece.map(inMachine); });
     // The ends exactly at the slot centres.
-    points[0] = a;
-    points[points.length - 1] = b;
-    return Geom.bspline(points);
+    pieces[0][0] = a;
+    pieces[pieces.length - 1][pieces[pieces.length - 1].length - 1] = b;
+    return Geom.wire(pieces.map(function (points) {
+        return points.length > 2 ? Geom.bspline(points) : Geom.segment(points[0], points[1]);
+    }));
 }
 
 function calcEndturnPaths(width, height, innerRadius, outerRadius, endturns, autoOverhang, generate) {
