@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QMap>
 #include <QScopedValueRollback>
+#include <QSignalBlocker>
 #include <BRepBndLib.hxx>
 #include <BRepExtrema_DistShapeShape.hxx>
 #include <Bnd_Box.hxx>
@@ -20,6 +21,7 @@
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/QmlShape.h"
 #include "QmlScripting/ScriptDescribeList.h"
+#include "base/FileWatcher.h"
 #include "base/Numeric.h"
 #include "base/Tbb.h"
 #include "base/ScriptConsole.h"
@@ -129,6 +131,44 @@ void WindingObject::endturnScriptFailure(const QString &message) const
     m_console->error(message);
 }
 
+void WindingObject::watchEndturnScript(const QString &path)
+{
+    if (path == m_watchedScript)
+        return;
+    if (!m_watchedScript.isEmpty())
+        m_watcher->removePath(m_watchedScript);
+    m_watchedScript = path;
+    m_watcher->addPath(path);
+}
+
+void WindingObject::reReadEndturnScript()
+{
+    reloadEndturnScript(tr("Re-read Script '%1'").arg(QDir::toNativeSeparators(endturnsScriptPath())));
+}
+
+void WindingObject::reloadEndturnScript(const QString &announcement)
+{
+    m_console->log(announcement);
+    // What the old script found of its end turns does not hold for the new one.
+    const WindingErrors endturnFaults = WindingErrors(InnerFilaments) | OuterFilaments | EndWindingFailed
+                                        | InnerEndturnsOverlap | OuterEndturnsOverlap;
+    bool loaded = false;
+    {
+        const QSignalBlocker blocker(this);
+        m_windingErrors &= ~endturnFaults;
+        m_windingWarnings &= ~endturnFaults;
+        m_engine.reset();
+        loaded = loadEndturnScript();
+    }
+    emit windingErrorsChanged();
+    emit windingWarningsChanged();
+    if (!loaded)
+        return;
+    emit endturnsScriptLoaded();
+    dropEndturns();
+    updateEndturns();
+}
+
 bool WindingObject::loadEndturnScript()
 {
     // A fresh engine: nothing of an earlier script may linger in its globals.
@@ -146,6 +186,7 @@ bool WindingObject::loadEndturnScript()
         return false;
     }
     const QString path = endturnsScriptPath();
+    watchEndturnScript(path);
     QFile file(path);
     if (!file.exists()) {
         endturnScriptFailure(tr("File %1 does not exist").arg(path));

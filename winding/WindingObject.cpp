@@ -2,6 +2,7 @@
 
 #include <QDataStream>
 #include <QDebug>
+#include <QDir>
 #include <QFile>
 #include <QSaveFile>
 #include <QRegularExpression>
@@ -11,6 +12,7 @@
 #include "QmlScripting/JSEngine.h"
 #include "QmlScripting/ScriptDescribeList.h"
 #include "base/Assign.h"
+#include "base/FileWatcher.h"
 #include "base/Numeric.h"
 #include "base/SafeWrite.h"
 #include "base/ScriptConsole.h"
@@ -77,11 +79,15 @@ QVector<int> parallelPathsOfCoils(const QVector<Winding::Layout> &layouts)
 WindingObject::WindingObject(Document *document)
     : CoreMotorElement(document)
     , m_console(new ScriptConsole(ScriptConsole::Winding, this))
+    , m_watcher(new FileWatcher(this))
 {
     setObjectName(QStringLiteral("winding"));
 
     Stator *stator = document->stator();
     Rotor *rotor = document->rotor();
+    connect(m_watcher, &FileWatcher::fileChanged, this, [this] {
+        reloadEndturnScript(tr("Script '%1' changed").arg(QDir::toNativeSeparators(endturnsScriptPath())));
+    });
     connect(document, &Document::machineTypeChanged, this, &WindingObject::updateCountLayouts);
     connect(stator, &Stator::typeMiddleItemChanged, this, &WindingObject::updateCountLayouts);
     connect(stator, &Stator::numberSlotsChanged, this, [this] {

@@ -18,6 +18,7 @@
 #include "winding/Winding.h"
 #include "winding/WireResistance.h"
 
+class FileWatcher;
 class JSEngine;
 class QDataStream;
 class ScriptConsole;
@@ -178,6 +179,9 @@ public:
     // Reads the end-turn script into a new engine of the winding; its faults go to the console.
     bool loadEndturnScript();
     bool isEndturnScriptLoaded() const { return m_scriptLoaded; }
+    // Reads the end-turn script afresh and, when it loads, makes the end turns again: what
+    // a change of the file does, on the user's request.
+    void reReadEndturnScript();
     // Set while the end-turn script is read or runs, so that it can't start a rebuild.
     bool isScriptRunning() const { return m_scriptRunning; }
     // Asks the script for the paths of the coils of one layout, numbered from 1, and
@@ -324,6 +328,8 @@ private:
     void followOverhangRule();
     void updateOverhangLimits();
     void makeLayouts();
+    void watchEndturnScript(const QString &path);
+    void reloadEndturnScript(const QString &announcement);
     bool isUnbalanced() const;
     // The first stator body, which measures the coil and slot areas.
     StatorItem *firstStatorItem() const;
@@ -357,6 +363,8 @@ private:
     void settleAfterLoad();
 
     ScriptConsole *m_console;
+    FileWatcher *m_watcher;
+    QString m_watchedScript;
     std::unique_ptr<JSEngine> m_engine;
     bool m_scriptLoaded = false;
     bool m_scriptRunning = false;

@@ -143,3 +143,41 @@ TEST_F(EndturnScriptTest, BrokenScriptsAreReportedAndLeaveTheWindingUsable)
     winding->setNumberTurns(7);
     EXPECT_EQ(winding->numberTurns(), 7);
 }
+
+// An edited script is read again on its own; what the old one got wrong is forgotten, and
+// a broken edit says so and leaves the script unloaded.
+TEST_F(EndturnScriptTest, AnEditedScriptIsReadAgainAndItsFaultsForgotten)
+{
+    ASSERT_TRUE(load(archedScript("Geom.segment(endturns[i].outer.begin.center, endturns[i].outer.begin.center)")));
+    EXPECT_FALSE(winding->calcEndturnPaths(1, 50.0, 100.0, coils));
+    ASSERT_TRUE(winding->windingErrors().testFlag(CoreMotorElement::EndWindingFailed));
+
+    QSignalSpy loaded(winding, &WindingObject::endturnsScriptLoaded);
+    const auto rewrite = [this](const QString &text) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text));
+        file.write(text.toUtf8());
+    };
+    rewrite(archedScript("arch(endturns[i].outer)"));
+    ASSERT_TRUE(loaded.wait(5000));
+    EXPECT_TRUE(winding->isEndturnScriptLoaded());
+    EXPECT_TRUE(anyContains(console.log, QStringLiteral("Script '%1' changed").arg(QDir::toNativeSeparators(path))))
+        << joined(console.log);
+    EXPECT_FALSE(winding->windingErrors() & (CoreMotorElement::OuterFilaments | CoreMotorElement::EndWindingFailed));
+    EXPECT_TRUE(winding->calcEndturnPaths(1, 50.0, 100.0, coils));
+
+    loaded.clear();
+    console.error.clear();
+    rewrite(QStringLiteral("function calcEndturnPaths(a, b, c, d, e, f, g) { return [ }"));
+    EXPECT_FALSE(loaded.wait(1500));
+    EXPECT_FALSE(winding->isEndturnScriptLoaded());
+    EXPECT_GE(console.error.count(), 1);
+
+    rewrite(archedScript("arch(endturns[i].outer)"));
+    console.log.clear();
+    loaded.wait(5000);
+    loaded.clear();
+    winding->reReadEndturnScript();
+    EXPECT_EQ(loaded.count(), 1) << "read at once on request";
+    EXPECT_TRUE(anyContains(console.log, QStringLiteral("Re-read Script '")));
+}
