@@ -143,6 +143,14 @@ double TimeStepping::phaseCurrent() const
         return m_settings.current * lineToPhase;
     if (method == QLatin1String("Peak supply current"))
         return m_settings.current / std::sqrt(2.0) * lineToPhase;
+    if (method == QLatin1String("RMS current density")) {
+        // The density is that of the conductors themselves, whatever the connection.
+        const double diameter = m_machine.strandDiameter;
+        if (!(diameter > 0.0))
+            throw StepError(QStringLiteral("The current input method 'RMS current density' needs the diameter of the winding's "
+                                           "strands, and the winding gives none: choose its wire, or give the current"));
+        return m_settings.current * m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0;
+    }
     throw StepError(QStringLiteral("The current input method '%1' is not supported by this solver").arg(method));
 }
 

@@ -109,6 +109,9 @@ public:
     double phaseCurrent() const;
     // RMS, in the copper of the strands, A/mm^2; empty without their diameter.
     std::optional<double> currentDensity() const;
+    // Of one parallel path of each phase, with the rotor's d-axis at an electrical angle
+    // from phase A's axis: the advance angle puts the current ahead of the q-axis.
+    std::array<double, 3> currentsAt(double electricalAngle) const;
     // The whole machine at a mechanical angle with phase currents: torque and forces,
     // and the flux linkages of one parallel path of each phase. The torque by virtual
     // work costs two more solves per slice, which start from their neighbour's answer.
@@ -139,7 +142,6 @@ private:
     SliceAnswer answerAt(const SliceModel &slice, double angle, const std::array<double, 3> &currents, bool virtualWork) const;
     double electricalFrequency() const;
     double mechanicalSpeed() const;
-    std::array<double, 3> currentsAt(double electricalAngle) const;
     // The d-axis angle at angle 0 and the sense in which the flux linkage turns, from
     // two solves without current.
     void alignAxes(const Progress &progress);
