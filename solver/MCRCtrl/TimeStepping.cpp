@@ -188,6 +188,14 @@ double TimeStepping::phaseCurrent() const
                                            "strands, and the winding gives none: choose its wire, or give the current"));
         return m_settings.current * m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0;
     }
+    if (method == QLatin1String("DC supply current")) {
+        if (m_settings.waveform != Waveform::Trapezoidal)
+            throw StepError(QStringLiteral("The current input method 'DC supply current' needs the trapezoidal current waveform: "
+                                           "a DC supply current gives a sinusoidal phase current only through the inverter's "
+                                           "modulation, which this solver does not know"));
+        // With 120-degree conduction the DC link current flows through two phases at a time.
+        return m_settings.current / crestFactor();
+    }
     throw StepError(QStringLiteral("The current input method '%1' is not supported by this solver").arg(method));
 }
 
