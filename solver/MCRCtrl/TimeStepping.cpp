@@ -50,6 +50,20 @@ double wrapped(double angle)
     return std::remainder(angle, 2.0 * M_PI);
 }
 
+// 120-degree conduction: each phase at +peak over the 120 degrees about its positive peak,
+// 0 over the next 60, -peak over 120 and 0 over 60, so that two phases conduct at a time.
+// The sixth of the period that phase A is in places all three, which keeps their sum at
+// zero at the edges of the blocks too.
+std::array<double, 3> blockCurrents(double phasor, double peak)
+{
+    static const std::array<double, 6> level{1.0, 1.0, 0.0, -1.0, -1.0, 0.0};
+    // Sixths of the period from 60 degrees before phase A's positive peak.
+    const long sixths = long(std::floor((phasor + M_PI / 3.0) / (M_PI / 3.0)));
+    const std::size_t sector = std::size_t((sixths % 6 + 6) % 6);
+    // Phase B lags phase A by two sixths, phase C leads it by two.
+    return {peak * level[sector], peak * level[(sector + 4) % 6], peak * level[(sector + 2) % 6]};
+}
+
 using Fields = std::vector<std::pair<QString, matvar_t *>>;
 
 void writeIronLosses(Fields &fields, const std::optional<IronLosses> &losses, const QString &note)
@@ -103,6 +117,12 @@ RunSettings RunSettings::from(const MatValue &settings)
     run.points = std::max(1, int(std::lround(numberOf(settings, "MS_npoints", 1.0))));
     run.speed = numberOf(settings, "MS_speed", 1000.0);
     run.advanceAngle = numberOf(settings, "MS_gamma", 0.0);
+    // Settings that name no waveform are those of a sinusoidal supply.
+    const QString waveform = textOf(settings.findField(QStringLiteral("MS_currentwaveform")));
+    if (waveform == QLatin1String("Trapezoidal"))
+        run.waveform = Waveform::Trapezoidal;
+    else if (!waveform.isEmpty() && waveform != QLatin1String("Sinusoidal"))
+        throw StepError(QStringLiteral("The current waveform '%1' is not supported by this solver").arg(waveform));
     run.currentMethod = textOf(settings.findField(QStringLiteral("MS_currentinputmethod")));
     run.current = numberOf(settings, "MS_I", 0.0);
     run.definedPeriod = textOf(settings.findField(QStringLiteral("MS_timeselection"))) == QLatin1String("Define time period");
@@ -133,16 +153,49 @@ double TimeStepping::electricalFrequency() const
     return m_machine.polePairs * m_settings.speed / 60.0;
 }
 
+double TimeStepping::crestFactor() const
+{
+    // A block of height I over two thirds of the period has an RMS of I sqrt(2/3).
+    return m_settings.waveform == Waveform::Trapezoidal ? std::sqrt(1.5) : std::sqrt(2.0);
+}
+
+double TimeStepping::fundamentalPeak() const
+{
+    const double peak = crestFactor() * phaseCurrent();
+    return m_settings.waveform == Waveform::Trapezoidal ? 2.0 * std::sqrt(3.0) / M_PI * peak : peak;
+}
+
 double TimeStepping::phaseCurrent() const
 {
     const QString &method = m_settings.currentMethod;
+    // The phase currents of a delta that is fed 120-degree blocks from the lines are
+    // steps of a third and two thirds of the block, no blocks themselves.
+    if (m_settings.waveform == Waveform::Trapezoidal && m_machine.delta)
+        throw StepError(QStringLiteral("The trapezoidal current waveform needs a star-connected winding: in delta, "
+                                       "120-degree blocks of the supply currents do not make blocks of the phase currents"));
     const double lineToPhase = m_machine.delta ? 1.0 / std::sqrt(3.0) : 1.0;
     if (method == QLatin1String("RMS phase current"))
         return m_settings.current;
     if (method == QLatin1String("RMS supply current"))
         return m_settings.current * lineToPhase;
     if (method == QLatin1String("Peak supply current"))
-        return m_settings.current / std::sqrt(2.0) * lineToPhase;
+        return m_settings.current / crestFactor() * lineToPhase;
+    if (method == QLatin1String("RMS current density")) {
+        // The density is that of the conductors themselves, whatever the connection.
+        const double diameter = m_machine.strandDiameter;
+        if (!(diameter > 0.0))
+            throw StepError(QStringLiteral("The current input method 'RMS current density' needs the diameter of the winding's "
+                                           "strands, and the winding gives none: choose its wire, or give the current"));
+        return m_settings.current * m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0;
+    }
+    if (method == QLatin1String("DC supply current")) {
+        if (m_settings.waveform != Waveform::Trapezoidal)
+            throw StepError(QStringLiteral("The current input method 'DC supply current' needs the trapezoidal current waveform: "
+                                           "a DC supply current gives a sinusoidal phase current only through the inverter's "
+                                           "modulation, which this solver does not know"));
+        // With 120-degree conduction the DC link current flows through two phases at a time.
+        return m_settings.current / crestFactor();
+    }
     throw StepError(QStringLiteral("The current input method '%1' is not supported by this solver").arg(method));
 }
 
@@ -157,8 +210,10 @@ std::optional<double> TimeStepping::currentDensity() const
 
 std::array<double, 3> TimeStepping::currentsAt(double electricalAngle) const
 {
-    const double peak = std::sqrt(2.0) * phaseCurrent();
+    const double peak = crestFactor() * phaseCurrent();
     const double phasor = electricalAngle + m_rotation * (M_PI / 2.0 + qDegreesToRadians(m_settings.advanceAngle));
+    if (m_settings.waveform == Waveform::Trapezoidal)
+        return blockCurrents(phasor, peak);
     return {peak * std::cos(phasor), peak * std::cos(phasor - 2.0 * M_PI / 3.0), peak * std::cos(phasor + 2.0 * M_PI / 3.0)};
 }
 
@@ -384,6 +439,9 @@ void TimeStepping::run(const Progress &progress)
     findInductances();
     if (!m_machine.linear)
         progress(QStringLiteral("Lself and Lmutual are those of unsaturated iron"));
+    if (m_settings.waveform == Waveform::Trapezoidal)
+        progress(QStringLiteral("Ld and Lq are not computed for a trapezoidal current, whose d-q currents ripple with its "
+                                "blocks; Id and Iq are those of its fundamental"));
     const int count = m_settings.points;
     const double period = 1.0 / electricalFrequency();
     m_positions.clear();
@@ -795,7 +853,7 @@ matvar_t *TimeStepping::results() const
     }
     const double torque = mean(torques);
     const double current = phaseCurrent();
-    const double peak = std::sqrt(2.0) * current;
+    const double peak = fundamentalPeak();
     const double gamma = qDegreesToRadians(m_settings.advanceAngle);
     const double omega = 2.0 * M_PI * electricalFrequency();
     const double backEmf = omega * m_magnetFlux / std::sqrt(2.0);
@@ -833,6 +891,8 @@ matvar_t *TimeStepping::results() const
     const double mechanical = torque * mechanicalSpeed();
     const double copper = 3.0 * current * current * m_machine.phaseResistance;
     writeEfficiency(fields, mechanical, copper, m_ironLosses, m_magnetLosses ? std::optional<double>(mean(*m_magnetLosses)) : std::nullopt);
+    // Of the fundamental; the copper loss, the RMS current and the power factor are those
+    // of the whole waveform.
     value("Id", -peak * std::sin(gamma));
     value("Iq", peak * std::cos(gamma));
     const std::vector<std::array<double, 3>> voltages = phaseVoltages();
@@ -902,11 +962,14 @@ matvar_t *TimeStepping::results() const
     }
     const double currentD = -peak * std::sin(gamma);
     const double currentQ = peak * std::cos(gamma);
-    if (std::abs(currentD) > 1e-9 * peak && peak > 0.0)
+    // The d-q currents of 120-degree blocks ripple with the blocks: no one current on an
+    // axis to divide by.
+    const bool sinusoidal = m_settings.waveform == Waveform::Sinusoidal;
+    if (sinusoidal && std::abs(currentD) > 1e-9 * peak && peak > 0.0)
         value("Ld", (mean(fluxD) - m_magnetFlux) / currentD);
     else
         missing("Ld");
-    if (std::abs(currentQ) > 1e-9 * peak && peak > 0.0)
+    if (sinusoidal && std::abs(currentQ) > 1e-9 * peak && peak > 0.0)
         value("Lq", mean(fluxQ) / currentQ);
     else
         missing("Lq");

@@ -14,6 +14,14 @@ struct matvar_t;
 
 namespace mcrctrl {
 
+// The shape of the phase currents over an electrical period: a sinusoid, or the 120-degree
+// conduction blocks of a brushless DC drive.
+enum class Waveform
+{
+    Sinusoidal,
+    Trapezoidal
+};
+
 // The analysis settings of a run.
 struct RunSettings
 {
@@ -25,6 +33,7 @@ struct RunSettings
     double speed = 1000.0;
     // Electrical degrees, of the current phasor ahead of the q-axis.
     double advanceAngle = 0.0;
+    Waveform waveform = Waveform::Sinusoidal;
     QString currentMethod;
     double current = 0.0;
     bool definedPeriod = false;
@@ -105,10 +114,14 @@ public:
 
     TimeStepping(std::vector<SliceModel> slices, MachineData machine, RunSettings settings);
 
-    // The RMS phase current, from the current input method and the connection.
+    // The RMS phase current, from the current input method, the waveform and the
+    // connection; a trapezoidal current needs a star connection.
     double phaseCurrent() const;
     // RMS, in the copper of the strands, A/mm^2; empty without their diameter.
     std::optional<double> currentDensity() const;
+    // Of one parallel path of each phase, with the rotor's d-axis at an electrical angle
+    // from phase A's axis: the advance angle puts the current ahead of the q-axis.
+    std::array<double, 3> currentsAt(double electricalAngle) const;
     // The whole machine at a mechanical angle with phase currents: torque and forces,
     // and the flux linkages of one parallel path of each phase. The torque by virtual
     // work costs two more solves per slice, which start from their neighbour's answer.
@@ -139,7 +152,10 @@ private:
     SliceAnswer answerAt(const SliceModel &slice, double angle, const std::array<double, 3> &currents, bool virtualWork) const;
     double electricalFrequency() const;
     double mechanicalSpeed() const;
-    std::array<double, 3> currentsAt(double electricalAngle) const;
+    // The waveform's peak over its RMS.
+    double crestFactor() const;
+    // Of the currents' fundamental, which a trapezoidal current has above its own peak.
+    double fundamentalPeak() const;
     // The d-axis angle at angle 0 and the sense in which the flux linkage turns, from
     // two solves without current.
     void alignAxes(const Progress &progress);

@@ -128,6 +128,41 @@ TEST_F(ExampleSteps, AssemblyGivesTheVariablesWithTheMaterialData)
     EXPECT_TRUE(messages.info.filter(QStringLiteral("Assembled 3 slices")).size() == 1) << messages.info.join('\n').toStdString();
 }
 
+// The example's current density given back as the input makes the currents of the RMS
+// phase current it came from, and comes out again as its result. Without the wire's
+// diameter a density gives no current.
+TEST_F(ExampleSteps, CurrentDensityAsInputGivesThePhaseCurrentItCameFrom)
+{
+    ASSERT_TRUE(assembledOk);
+    MachineData machine = readMachine(exchange(), true);
+    RunSettings settings;
+    settings.currentMethod = QStringLiteral("RMS phase current");
+    settings.current = 10.0;
+    const std::optional<double> density = TimeStepping({}, machine, settings).currentDensity();
+    ASSERT_TRUE(density);
+    RunSettings byDensity = settings;
+    byDensity.currentMethod = QStringLiteral("RMS current density");
+    byDensity.current = *density;
+    const TimeStepping fromCurrent({}, machine, settings);
+    const TimeStepping fromDensity({}, machine, byDensity);
+    for (const double angle : {0.0, 0.7, 2.0, 4.5}) {
+        const std::array<double, 3> expected = fromCurrent.currentsAt(angle);
+        const std::array<double, 3> currents = fromDensity.currentsAt(angle);
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            EXPECT_NEAR(currents[phase], expected[phase], 1e-12 * 10.0) << "phase " << phase << " at " << angle;
+    }
+    const std::unique_ptr<matvar_t, void (*)(matvar_t *)> variable(fromDensity.results(), mat::release);
+    EXPECT_NEAR(MatValue::from(variable.get()).field("CurrentDensity", "Results").number("CurrentDensity"), *density, 1e-12 * *density);
+
+    machine.strandDiameter = 0.0;
+    try {
+        TimeStepping({}, machine, byDensity).phaseCurrent();
+        ADD_FAILURE() << "a density without the wire";
+    } catch (const StepError &error) {
+        EXPECT_TRUE(error.text().contains(QStringLiteral("needs the diameter of the winding's strands"))) << error.text().toStdString();
+    }
+}
+
 TEST_F(ExampleSteps, TimeSteppingWritesResultsAndSaysWhatItDoesNotCompute)
 {
     ASSERT_TRUE(assembledOk);
