@@ -274,6 +274,22 @@ function legCorners(stairs, r, z, R, Z, u, ahead, lean) {
     return [at(r, z, aside, 0), at(R, z, aside, 0), at(R, Z, aside, slope)];
 }
 
+// Whether the points of a piece, in the machine, lie on the line between its ends. Such a piece is
+// a segment: a curve through them would bend by rounding errors alone, and a bundle swept along it
+// would follow the arbitrary turns of that bend's plane.
+function straightInMachine(points) {
+    var a = points[0], b = points[points.length - 1];
+    var d = { x: b.x - a.x, y: b.y - a.y, z: b.z - a.z };
+    var length = Math.sqrt(d.x * d.x + d.y * d.y + d.z * d.z);
+    for (var k = 1; k + 1 < points.length; ++k) {
+        var v = { x: points[k].x - a.x, y: points[k].y - a.y, z: points[k].z - a.z };
+        var cross = { x: v.y * d.z - v.z * d.y, y: v.z * d.x - v.x * d.z, z: v.x * d.y - v.y * d.x };
+        if (Math.sqrt(cross.x * cross.x + cross.y * cross.y + cross.z * cross.z) > 1e-6 * length * length)
+            return false;
+    }
+    return true;
+}
+
 function stackedPath(end, stairs, level) {
     var a = end.begin.center, b = end.end.center;
     var sweep = sweepOf(end);
@@ -298,7 +314,8 @@ function stackedPath(end, stairs, level) {
     pieces[0][0] = a;
     pieces[pieces.length - 1][pieces[pieces.length - 1].length - 1] = b;
     return Geom.wire(pieces.map(function (points) {
-        return points.length > 2 ? Geom.bspline(points) : Geom.segment(points[0], points[1]);
+        var last = points[points.length - 1];
+        return straightInMachine(points) ? Geom.segment(points[0], last) : Geom.bspline(points);
     }));
 }
 
