@@ -236,6 +236,9 @@ function staircaseOf(ends, sign, width, height, roomInside) {
         levels: levels,
         sign: sign,
         bend: bend,
+        // Corners are rounded with a coil's thickness: a round bundle that thick, swept round a
+        // tighter corner, would fold into itself on the inside.
+        rounding: thickness,
         pitch: 2 * Math.PI / slots,
         slotRadius: slotRadius,
         // The height of the coil sides next to the back.
@@ -309,7 +312,7 @@ function stackedPath(end, stairs, level) {
         var angle = start + p.u * turn;
         return Geom.point3(p.r * Math.cos(angle), p.r * Math.sin(angle), p.z);
     }
-    var pieces = roundedPieces(corners, stairs.bend, step, stairs.bend).map(function (piece) { return piece.map(inMachine); });
+    var pieces = roundedPieces(corners, stairs.rounding, step, stairs.bend).map(function (piece) { return piece.map(inMachine); });
     // The ends exactly at the slot centres.
     pieces[0][0] = a;
     pieces[pieces.length - 1][pieces[pieces.length - 1].length - 1] = b;
