@@ -250,8 +250,9 @@ TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsStepIntoTheStatorFromTheGapOfE
     }
 }
 
-// The 3D view sweeps each end turn to a round bundle as thick as the coil is narrow; a user may
-// also see it drawn 4 mm thick. Either script's end turns of every winding give solids.
+// The 3D view sweeps each end turn to a round bundle as thick as the coil is narrow: either
+// script's end turns of every winding give solids. On the distributed winding, whose stacked end
+// turns bend most, also a bundle drawn 4 mm thick.
 TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsToABundle)
 {
     for (const WindingCase &windingCase : windingCases) {
@@ -261,7 +262,8 @@ TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsToABundle)
             verdictOf(script);
             const LogCatcher log;
             expectEveryEndturnSweepsToABundle(std::min(winding->widthWindingCoil(), winding->heightWindingCoil()));
-            expectEveryEndturnSweepsToABundle(4.0);
+            if (&windingCase == &windingCases[0])
+                expectEveryEndturnSweepsToABundle(4.0);
             EXPECT_FALSE(log.contains(QStringLiteral("Critical error while creating endturn shape")));
         }
     }

@@ -141,10 +141,13 @@ function cleaned(corners) {
 // short: each inner segment gives half of its length to each of its corners. It comes as its
 // pieces, straight and round in turn, each a list of points that begins where the one before
 // ends: the program samples the path piece by piece, so that a corner is never cut short. A piece
-// shorter than `least` goes on into the next, as the program refuses very short filaments.
+// shorter than `least` goes on into the next, as the program refuses very short filaments, but
+// into a straight one only as far as it lacks: a curve through a corner's close points and a long
+// run's sparse ones would wave where they meet.
 function roundedPieces(corners, bend, step, least) {
     var pieces = [[corners[0]]];
     var from = corners[0];
+    var wanting = false;
     function current() {
         return pieces[pieces.length - 1];
     }
@@ -159,12 +162,19 @@ function roundedPieces(corners, bend, step, least) {
         if (lengthOf(v) < 1e-6)
             return;
         var n = Math.ceil(lengthOf(v) / step);
-        for (var s = 1; s <= n; ++s)
-            current().push(addScaled(from, v, s / n));
+        for (var s = 1; s <= n; ++s) {
+            var q = addScaled(from, v, s / n);
+            current().push(q);
+            if (wanting && s >= 2 && s < n && lengthAlong(current()) >= least) {
+                pieces.push([q]);
+                wanting = false;
+            }
+        }
         from = p;
     }
     function nextPiece() {
-        if (lengthAlong(current()) >= least)
+        wanting = lengthAlong(current()) < least;
+        if (!wanting)
             pieces.push([from]);
     }
     for (var i = 1; i + 1 < corners.length; ++i) {
