@@ -1,4 +1,5 @@
 #include <QtMath>
+#include <TopAbs_ShapeEnum.hxx>
 #include <gtest/gtest.h>
 
 #include "geometry/EndturnShape.h"
@@ -43,6 +44,18 @@ TEST(EndturnShape, ABundleHoldsTheVolumeOfItsSectionAlongThePath)
         diameter);
     ASSERT_FALSE(bent.is_null());
     EXPECT_NEAR(bent.volume(), area * (10.0 + M_PI * 10.0), 1e-3 * area * (10.0 + M_PI * 10.0));
+
+    // Out of the plane, as an end turn climbs to its level: a leg, then a curve that rises
+    // while it turns.
+    const servoce::shape path = servoce::make_wire(
+        {servoce::segment({0, 0, 0}, {10, 0, 0}),
+         servoce::interpolate({{10, 0, 0}, {15, 1, 1}, {19, 4, 3}, {21, 9, 6}, {21, 15, 9}}, false)});
+    const servoce::shape climbing = Winding::endturnSolid(endturnAlong(path), diameter);
+    ASSERT_FALSE(climbing.is_null());
+    EXPECT_NEAR(climbing.volume(), area * path.length(), 1e-2 * area * path.length());
+
+    for (const servoce::shape &bundle : {straight, arc, bent, climbing})
+        EXPECT_EQ(bundle.shape_type(), int(TopAbs_SOLID));
 }
 
 TEST(EndturnShape, NoPathOrNoSectionGivesNoBundle)

@@ -1,5 +1,7 @@
 #include <QFile>
 #include <QTemporaryDir>
+#include <QtMath>
+#include <TopAbs_ShapeEnum.hxx>
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <iostream>
@@ -7,11 +9,13 @@
 #include <utility>
 
 #include "document/Document.h"
+#include "geometry/EndturnShape.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
 #include "geometry/servoce/curve.h"
 #include "support/ConsoleSpies.h"
+#include "support/LogCatcher.h"
 #include "winding/WindingObject.h"
 
 // What the shipped end-turn scripts say of their own end turns: on the example's tooth
@@ -102,6 +106,32 @@ protected:
         }
         std::cout << script << ": " << verdict.distances.join("; ").toStdString() << std::endl;
         return verdict;
+    }
+
+    // Sweeps every end turn of every layout to a bundle of the given diameter: a solid that
+    // holds its section's area along its path.
+    void expectEveryEndturnSweepsToABundle(double diameter)
+    {
+        SCOPED_TRACE(QStringLiteral("%1 mm bundle").arg(diameter).toStdString());
+        const double area = M_PI * diameter * diameter / 4.0;
+        const QVector<QVector<Winding::Endturns>> layouts = winding->endturns();
+        for (int layout = 0; layout < layouts.size(); ++layout) {
+            for (int coil = 0; coil < layouts.at(layout).size(); ++coil) {
+                const Winding::Endturns &ends = layouts.at(layout).at(coil);
+                for (const Winding::Endturn *end : {&ends.outer, &ends.inner}) {
+                    SCOPED_TRACE(QStringLiteral("layout %1, coil %2, %3 end turn")
+                                     .arg(layout)
+                                     .arg(coil)
+                                     .arg(end == &ends.outer ? "outer" : "inner")
+                                     .toStdString());
+                    const servoce::shape bundle = Winding::endturnSolid(*end, diameter);
+                    ASSERT_FALSE(bundle.is_null());
+                    EXPECT_EQ(bundle.shape_type(), int(TopAbs_SOLID));
+                    const double expected = area * end->path.length();
+                    EXPECT_NEAR(bundle.volume(), expected, 0.03 * expected);
+                }
+            }
+        }
     }
 
     // The lowest and the highest point of a layout's end turns along the axis.
@@ -216,6 +246,25 @@ TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsStepIntoTheStatorFromTheGapOfE
             const QPair<double, double> range = heightRange(layouts.at(index));
             EXPECT_GE(range.first, std::min(face, back) - 1e-6);
             EXPECT_LE(range.second, std::max(face, back) + 1e-6);
+        }
+    }
+}
+
+// The 3D view sweeps each end turn to a round bundle as thick as the coil is narrow: either
+// script's end turns of every winding give solids. On the distributed winding, whose stacked end
+// turns bend most, also a bundle drawn 4 mm thick.
+TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsToABundle)
+{
+    for (const WindingCase &windingCase : windingCases) {
+        for (const char *script : {"WindingEndturns.js", "StackedEndturns.js"}) {
+            SCOPED_TRACE(QStringLiteral("%1, %2").arg(script, windingCase.name).toStdString());
+            makeMachine(statorScripts[0], windingCase);
+            verdictOf(script);
+            const LogCatcher log;
+            expectEveryEndturnSweepsToABundle(std::min(winding->widthWindingCoil(), winding->heightWindingCoil()));
+            if (&windingCase == &windingCases[0])
+                expectEveryEndturnSweepsToABundle(4.0);
+            EXPECT_FALSE(log.contains(QStringLiteral("Critical error while creating endturn shape")));
         }
     }
 }

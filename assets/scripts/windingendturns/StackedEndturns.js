@@ -141,10 +141,13 @@ function cleaned(corners) {
 // short: each inner segment gives half of its length to each of its corners. It comes as its
 // pieces, straight and round in turn, each a list of points that begins where the one before
 // ends: the program samples the path piece by piece, so that a corner is never cut short. A piece
-// shorter than `least` goes on into the next, as the program refuses very short filaments.
+// shorter than `least` goes on into the next, as the program refuses very short filaments, but
+// into a straight one only as far as it lacks: a curve through a corner's close points and a long
+// run's sparse ones would wave where they meet.
 function roundedPieces(corners, bend, step, least) {
     var pieces = [[corners[0]]];
     var from = corners[0];
+    var wanting = false;
     function current() {
         return pieces[pieces.length - 1];
     }
@@ -159,12 +162,19 @@ function roundedPieces(corners, bend, step, least) {
         if (lengthOf(v) < 1e-6)
             return;
         var n = Math.ceil(lengthOf(v) / step);
-        for (var s = 1; s <= n; ++s)
-            current().push(addScaled(from, v, s / n));
+        for (var s = 1; s <= n; ++s) {
+            var q = addScaled(from, v, s / n);
+            current().push(q);
+            if (wanting && s >= 2 && s < n && lengthAlong(current()) >= least) {
+                pieces.push([q]);
+                wanting = false;
+            }
+        }
         from = p;
     }
     function nextPiece() {
-        if (lengthAlong(current()) >= least)
+        wanting = lengthAlong(current()) < least;
+        if (!wanting)
             pieces.push([from]);
     }
     for (var i = 1; i + 1 < corners.length; ++i) {
@@ -236,6 +246,9 @@ function staircaseOf(ends, sign, width, height, roomInside) {
         levels: levels,
         sign: sign,
         bend: bend,
+        // Corners are rounded with a coil's thickness: a round bundle that thick, swept round a
+        // tighter corner, would fold into itself on the inside.
+        rounding: thickness,
         pitch: 2 * Math.PI / slots,
         slotRadius: slotRadius,
         // The height of the coil sides next to the back.
@@ -274,6 +287,22 @@ function legCorners(stairs, r, z, R, Z, u, ahead, lean) {
     return [at(r, z, aside, 0), at(R, z, aside, 0), at(R, Z, aside, slope)];
 }
 
+// Whether the points of a piece, in the machine, lie on the line between its ends. Such a piece is
+// a segment: a curve through them would bend by rounding errors alone, and a bundle swept along it
+// would follow the arbitrary turns of that bend's plane.
+function straightInMachine(points) {
+    var a = points[0], b = points[points.length - 1];
+    var d = { x: b.x - a.x, y: b.y - a.y, z: b.z - a.z };
+    var length = Math.sqrt(d.x * d.x + d.y * d.y + d.z * d.z);
+    for (var k = 1; k + 1 < points.length; ++k) {
+        var v = { x: points[k].x - a.x, y: points[k].y - a.y, z: points[k].z - a.z };
+        var cross = { x: v.y * d.z - v.z * d.y, y: v.z * d.x - v.x * d.z, z: v.x * d.y - v.y * d.x };
+        if (Math.sqrt(cross.x * cross.x + cross.y * cross.y + cross.z * cross.z) > 1e-6 * length * length)
+            return false;
+    }
+    return true;
+}
+
 function stackedPath(end, stairs, level) {
     var a = end.begin.center, b = end.end.center;
     var sweep = sweepOf(end);
@@ -293,12 +322,13 @@ function stackedPath(end, stairs, level) {
         var angle = start + p.u * turn;
         return Geom.point3(p.r * Math.cos(angle), p.r * Math.sin(angle), p.z);
     }
-    var pieces = roundedPieces(corners, stairs.bend, step, stairs.bend).map(function (piece) { return piece.map(inMachine); });
+    var pieces = roundedPieces(corners, stairs.rounding, step, stairs.bend).map(function (piece) { return piece.map(inMachine); });
     // The ends exactly at the slot centres.
     pieces[0][0] = a;
     pieces[pieces.length - 1][pieces[pieces.length - 1].length - 1] = b;
     return Geom.wire(pieces.map(function (points) {
-        return points.length > 2 ? Geom.bspline(points) : Geom.segment(points[0], points[1]);
+        var last = points[points.length - 1];
+        return straightInMachine(points) ? Geom.segment(points[0], last) : Geom.bspline(points);
     }));
 }
 
