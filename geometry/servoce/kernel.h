@@ -81,9 +81,6 @@ TopoDS_Shape difference(const TopoDS_Shape &a, const TopoDS_Shape &b, bool simpl
 // The STEP transfers of read_step and write_step; failures raise.
 TopoDS_Shape read_step_file(const std::string &path);
 void write_step_file(const TopoDS_Shape &shape, const std::string &path);
-// The shape written as STEP text and read back, in memory: its geometry rebuilt from
-// the representation a STEP file holds. Failures raise.
-TopoDS_Shape step_round_trip(const TopoDS_Shape &shape);
 
 // Removes the compound that booleans leave around a single result.
 TopoDS_Shape unwrap(const TopoDS_Shape &shape);

@@ -10,10 +10,6 @@
 #include <STEPControl_Controller.hxx>
 #include <STEPControl_Reader.hxx>
 #include <STEPControl_Writer.hxx>
-#include <StepData_Protocol.hxx>
-#include <StepData_StepModel.hxx>
-#include <StepData_StepWriter.hxx>
-#include <XSControl_WorkSession.hxx>
 #include <STEPCAFControl_Writer.hxx>
 #include <Quantity_Color.hxx>
 #include <TDocStd_Document.hxx>
@@ -23,7 +19,6 @@
 #include <XCAFDoc_ShapeTool.hxx>
 #include <functional>
 #include <mutex>
-#include <sstream>
 
 #include "base/SafeWrite.h"
 #include "geometry/servoce/guard.h"
@@ -67,27 +62,6 @@ void write_step_file(const TopoDS_Shape &shape, const std::string &path)
         throw Standard_Failure("the shape cannot be written as STEP");
     if (writer.Write(path.c_str()) != IFSelect_RetDone)
         throw Standard_Failure(("cannot write the STEP file " + path).c_str());
-}
-
-TopoDS_Shape step_round_trip(const TopoDS_Shape &shape)
-{
-    if (shape.IsNull())
-        throw Standard_Failure("the shape is null");
-    initialize();
-    STEPControl_Writer writer;
-    if (writer.Transfer(shape, STEPControl_AsIs) != IFSelect_RetDone)
-        throw Standard_Failure("the shape cannot be written as STEP");
-    // What writing a file sends, sent to memory.
-    StepData_StepWriter sender(writer.Model());
-    sender.SendModel(Handle(StepData_Protocol)::DownCast(writer.WS()->Protocol()));
-    std::stringstream text;
-    if (!sender.Print(text))
-        throw Standard_Failure("the shape cannot be written as STEP text");
-    STEPControl_Reader reader;
-    if (reader.ReadStream("round-trip.step", text) != IFSelect_RetDone)
-        throw Standard_Failure("the STEP text of the shape cannot be read back");
-    reader.TransferRoots();
-    return reader.Shape();
 }
 
 void write_coloured_step_file(const std::vector<coloured_shape> &bodies, const std::string &path)
