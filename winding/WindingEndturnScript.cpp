@@ -157,7 +157,6 @@ void WindingObject::reloadEndturnScript(const QString &announcement)
         const QSignalBlocker blocker(this);
         m_windingErrors &= ~endturnFaults;
         m_windingWarnings &= ~endturnFaults;
-        m_engine.reset();
         loaded = loadEndturnScript();
     }
     emit windingErrorsChanged();

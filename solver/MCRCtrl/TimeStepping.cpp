@@ -182,11 +182,11 @@ double TimeStepping::phaseCurrent() const
         return m_settings.current / crestFactor() * lineToPhase;
     if (method == QLatin1String("RMS current density")) {
         // The density is that of the conductors themselves, whatever the connection.
-        const double diameter = m_machine.strandDiameter;
-        if (!(diameter > 0.0))
+        const std::optional<double> area = conductorArea();
+        if (!area)
             throw StepError(QStringLiteral("The current input method 'RMS current density' needs the diameter of the winding's "
                                            "strands, and the winding gives none: choose its wire, or give the current"));
-        return m_settings.current * m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0;
+        return m_settings.current * *area;
     }
     if (method == QLatin1String("DC supply current")) {
         if (m_settings.waveform != Waveform::Trapezoidal)
@@ -199,13 +199,21 @@ double TimeStepping::phaseCurrent() const
     throw StepError(QStringLiteral("The current input method '%1' is not supported by this solver").arg(method));
 }
 
-std::optional<double> TimeStepping::currentDensity() const
+// Each parallel path carries its share of the phase current, split among its strands.
+std::optional<double> TimeStepping::conductorArea() const
 {
     const double diameter = m_machine.strandDiameter;
     if (!(diameter > 0.0))
         return std::nullopt;
-    // Each parallel path carries its share of the phase current, split among its strands.
-    return phaseCurrent() / (m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0);
+    return m_machine.parallelPaths * m_machine.strands * M_PI * diameter * diameter / 4.0;
+}
+
+std::optional<double> TimeStepping::currentDensity() const
+{
+    const std::optional<double> area = conductorArea();
+    if (!area)
+        return std::nullopt;
+    return phaseCurrent() / *area;
 }
 
 std::array<double, 3> TimeStepping::currentsAt(double electricalAngle) const

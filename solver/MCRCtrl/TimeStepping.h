@@ -168,6 +168,8 @@ private:
     std::vector<double> inputPower() const;
     // From the iron fields over one electrical period; says why when it can't.
     void findIronLosses(const Progress &progress);
+    // The copper of all strands of all parallel paths, mm^2; empty without the strands' diameter.
+    std::optional<double> conductorArea() const;
     bool hasMagnets() const;
     // From the potentials in the magnets over one electrical period; says why when it can't.
     void findMagnetLosses(const Progress &progress);
