@@ -28,6 +28,23 @@ PieceList withLayer(PieceList pieces, int layer)
     return pieces;
 }
 
+PieceList slice(const PieceList &pieces, int from, int to)
+{
+    PieceList part;
+    for (int k = from; k < to; ++k)
+        part << pieces.at(k);
+    return part;
+}
+
+// The lower half of the sorted pieces is one layer, the upper half the other.
+PieceList layeredHalves(const PieceList &pieces)
+{
+    const int middle = pieces.size() / 2;
+    PieceList numbered = withLayer(BodyPieces::joinedPairs(slice(pieces, 0, middle), true), 1);
+    numbered << withLayer(BodyPieces::joinedPairs(slice(pieces, middle, pieces.size()), true), 2);
+    return numbered;
+}
+
 } // namespace
 
 SlotWindingPieces::SlotWindingPieces(const Build &build, Report report)
@@ -152,17 +169,16 @@ PieceList SlotWindingPieces::bodyLayers(const PieceList &pieces, int perSlot) co
         return numbered;
     }
     const bool yokeMiddle = m_build.middle && m_build.middleType == ElementTypes::Yoke;
-    if (twoLayers || (yokeMiddle && m_build.windingType == Winding::Toroidal)) {
-        // The lower half of the sorted pieces is one layer, the upper half the other.
-        const int middle = pieces.size() / 2;
-        PieceList lower;
-        PieceList upper;
-        for (int k = 0; k < pieces.size(); ++k)
-            (k < middle ? lower : upper) << pieces.at(k);
-        PieceList numbered = withLayer(BodyPieces::joinedPairs(lower, true), 1);
-        numbered << withLayer(BodyPieces::joinedPairs(upper, true), 2);
+    if (twoLayers && yokeMiddle) {
+        // Each face carries a double-layer winding of its own: the layers are the halves of
+        // each face, as in the pitch, not the two faces.
+        const int face = pieces.size() / 2;
+        PieceList numbered = layeredHalves(slice(pieces, 0, face));
+        numbered << layeredHalves(slice(pieces, face, pieces.size()));
         return numbered;
     }
+    if (twoLayers || (yokeMiddle && m_build.windingType == Winding::Toroidal))
+        return layeredHalves(pieces);
     const bool halvesOfSides = yokeMiddle || perSlot == 2;
     return withLayer(halvesOfSides ? BodyPieces::joinedPairs(pieces, true) : pieces, 1);
 }

@@ -615,8 +615,16 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
             if (records.size() < layers)
                 records << measured(side.second);
         }
-        if (records.size() < layers)
+        if (records.size() < layers) {
+            const QString fault = tr("The stator has winding pieces of %1 layer(s) for layout %2, not %3: its end "
+                                     "turns are not made")
+                                      .arg(records.size())
+                                      .arg(index + 1)
+                                      .arg(layers);
+            qCritical().noquote() << "Error:" << fault;
+            m_console->error(fault);
             continue;
+        }
         // The first stator face gives the coil's section.
         if (index == 0) {
             setWidthWindingCoil(records.first().width);

@@ -217,6 +217,7 @@ TEST_F(BodyScriptTest, StatorBodiesOfEveryMachineAreBuiltFromTheSlottedPitch)
         {Machine::SR, MotorElement::Yoke, 1, Winding::UpperLower, {numberSlots}},
         {Machine::SRS, MotorElement::Yoke, 2, Winding::UpperLower, {2 * numberSlots, 2 * numberSlots}},
         {Machine::RSR, MotorElement::Yoke, 2, Winding::LeftRight, {4 * numberSlots}},
+        {Machine::RSR, MotorElement::Yoke, 2, Winding::UpperLower, {4 * numberSlots}},
         {Machine::RSR, MotorElement::Yokeless, 1, Winding::UpperLower, {numberSlots}},
         {Machine::RSR, MotorElement::Yokeless, 2, Winding::UpperLower, {2 * numberSlots}},
     };

@@ -1,3 +1,4 @@
+#include <QMap>
 #include <QSharedPointer>
 #include <QtMath>
 #include <cmath>
@@ -138,4 +139,33 @@ TEST(SlotWindingPieces, AMiddleBodyWithAYokeCarriesOneLayoutOnEachFace)
         EXPECT_EQ(material->slot(), int(std::lround((angleOf(coil) - 60.0) / 120.0)) + 1)
             << "both faces of a slot share its number";
     }
+}
+
+TEST(SlotWindingPieces, AMiddleBodyWithAYokeHasBothLayersOnEachFace)
+{
+    SlotWindingPieces::Build rules = build(2, Winding::UpperLower, true, ElementTypes::Yoke);
+    rules.machine = Machine::RSR;
+    Numbering numbering(rules);
+    // Three slots; on each face two layers of coil sides, each drawn as two halves.
+    const double heights[] = {2.0, 6.0, 18.0, 22.0};
+    PieceList halves;
+    for (double z : heights) {
+        for (int slot = 0; slot < 3; ++slot)
+            halves << side(60.0 + 120.0 * slot - 0.5, z, 1.0) << side(60.0 + 120.0 * slot + 0.5, z, 1.0);
+    }
+    const PieceList body = numbering.pieces.numberedBody(halves, 3);
+    ASSERT_EQ(body.size(), 12);
+    EXPECT_TRUE(numbering.messages.isEmpty()) << numbering.messages.join('\n').toStdString();
+    QMap<QPair<int, int>, int> sidesOfLayoutAndLayer;
+    for (const Piece &coil : body) {
+        const auto *material = static_cast<const WindingMaterial *>(coil.material().data());
+        const double z = coil.shape().center().z;
+        EXPECT_EQ(material->layout(), z < 10.0 ? 1 : 2) << z;
+        // Layer 1 is the lower of each face, as in the pitch.
+        EXPECT_EQ(material->layer(), (z < 4.0 || (z > 10.0 && z < 20.0)) ? 1 : 2) << z;
+        ++sidesOfLayoutAndLayer[{material->layout(), material->layer()}];
+    }
+    EXPECT_EQ(sidesOfLayoutAndLayer.size(), 4) << "each face's layout has both layers";
+    for (int count : sidesOfLayoutAndLayer)
+        EXPECT_EQ(count, 3);
 }

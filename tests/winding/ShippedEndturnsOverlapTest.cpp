@@ -232,7 +232,8 @@ TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsOverlapOnNoWindingOfEitherStat
 TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsStepIntoTheStatorFromTheGapOfEachFace)
 {
     const std::pair<Machine::Type, WindingCase> machines[] = {{Machine::SRS, distributedTwoLayers},
-                                                              {Machine::RSR, windingCases[1]}};
+                                                              {Machine::RSR, windingCases[1]},
+                                                              {Machine::RSR, distributedTwoLayers}};
     for (const auto &[machine, windingCase] : machines) {
         SCOPED_TRACE(QStringLiteral("%1, %2").arg(Machine::typeText(machine), windingCase.name).toStdString());
         makeMachine(statorScripts[0], windingCase, machine);
