@@ -284,6 +284,9 @@ void WindingEditor::createEndWindingRows()
         this);
     rows->addCombo(tr("End winding geometry script:"), "endturnsScript", new EndturnScriptComboBox(group), QString(),
                    QString());
+    rows->addButton("endturnsScript", tr("Re-read"), tr("Re-read geometry script"),
+                    [this] { m_winding->reReadEndturnScript(); })
+        ->setObjectName(QStringLiteral("buttonRereadEndturnsScript"));
     rows->addNumber(tr("Outer end turns radial overhang (mm):"), "radialOverhangOuterEndturn", QString(), QString())
         ->setObjectName(QStringLiteral("editRadialOverhangOuterEndturn"));
     rows->addNumber(tr("Inner end turns  radial overhang (mm):"), "radialOverhangInnerEndturn", QString(), QString())

@@ -331,3 +331,25 @@ TEST_F(WindingPageTest, TheEndInductanceToolTipTellsTheInnerAndOuterPartsWhileAu
     winding->setAutoCalcEndInductance(false);
     EXPECT_FALSE(edit->toolTip().contains(table));
 }
+
+// An edited end-turn script is read again from the editor: the winding reloads it and makes
+// its end turns anew; a protected design offers no such button.
+TEST_F(WindingPageTest, TheRereadButtonLoadsTheEndturnScriptAgain)
+{
+    WindingEditor editor(&document);
+    auto *button = child<QToolButton>(editor, "buttonRereadEndturnsScript");
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->toolTip(), QStringLiteral("Re-read geometry script"));
+    WindingObject *winding = document.winding();
+    winding->updateEndturns();
+    ASSERT_FALSE(winding->endturns().value(0).isEmpty());
+    QSignalSpy loaded(winding, &WindingObject::endturnsScriptLoaded);
+    QSignalSpy endturns(winding, &WindingObject::endturnsChanged);
+    button->click();
+    EXPECT_EQ(loaded.count(), 1);
+    EXPECT_GE(endturns.count(), 1);
+    EXPECT_FALSE(winding->endturns().value(0).isEmpty());
+
+    document.setReadonly(true);
+    EXPECT_FALSE(button->isEnabled());
+}
