@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QtEndian>
+#include <zlib.h>
 
 namespace MatFileCheck {
 
@@ -20,6 +21,9 @@ const int maxNesting = 32;
 
 const quint32 miInt8 = 1;
 const quint32 miMatrix = 14;
+const quint32 miCompressed = 15;
+// Far beyond the largest exchange file of a real design, inflated.
+const qint64 maxInflated = qint64(64) << 20;
 const quint32 cellClass = 1;
 const quint32 structClass = 2;
 const quint32 sparseClass = 5;
@@ -141,6 +145,55 @@ QString checkArray(const Bytes &bytes, qint64 at, qint64 end, int depth)
     return QString();
 }
 
+// The variable that a compressed one holds, inflated; empty, with the reason, when the
+// stream is damaged or would grow beyond the bound.
+QByteArray inflated(const char *data, qint64 size, QString &wrong)
+{
+    z_stream stream{};
+    if (inflateInit(&stream) != Z_OK) {
+        wrong = QStringLiteral("a compressed variable can't be inflated");
+        return {};
+    }
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(data));
+    stream.avail_in = uInt(size);
+    QByteArray out;
+    int status = Z_OK;
+    while (status == Z_OK) {
+        if (out.size() >= maxInflated) {
+            wrong = QStringLiteral("a compressed variable inflates beyond %1 MB").arg(maxInflated >> 20);
+            break;
+        }
+        const int chunk = 1 << 16;
+        const int used = out.size();
+        out.resize(used + chunk);
+        stream.next_out = reinterpret_cast<Bytef *>(out.data() + used);
+        stream.avail_out = uInt(chunk);
+        status = inflate(&stream, Z_NO_FLUSH);
+        out.resize(used + chunk - int(stream.avail_out));
+        if (status == Z_BUF_ERROR && stream.avail_in == 0)
+            break;
+    }
+    inflateEnd(&stream);
+    if (wrong.isEmpty() && status != Z_STREAM_END)
+        wrong = QStringLiteral("a compressed variable is damaged");
+    return wrong.isEmpty() ? out : QByteArray();
+}
+
+// A compressed variable holds one whole variable, which libmatio reads as it reads a
+// plain one.
+QString checkCompressed(const QByteArray &content, const Element &variable, bool bigEndian)
+{
+    QString wrong;
+    const QByteArray inner = inflated(content.constData() + variable.data, variable.size, wrong);
+    if (!wrong.isEmpty())
+        return wrong;
+    const Bytes bytes(inner, bigEndian);
+    Element matrix;
+    if (!readElement(bytes, 0, bytes.size(), matrix) || matrix.type != miMatrix)
+        return QStringLiteral("a compressed variable holds no whole array");
+    return matrix.size > 0 ? checkArray(bytes, matrix.data, matrix.data + matrix.size, 0) : QString();
+}
+
 } // namespace
 
 QString problem(const QString &path)
@@ -169,11 +222,13 @@ QString problem(const QString &path)
             return QStringLiteral("a variable of %1 bytes is larger than the %2 bytes left")
                 .arg(variable.size)
                 .arg(bytes.size() - variable.data);
-        if (variable.type == miMatrix && variable.size > 0) {
-            const QString wrong = checkArray(bytes, variable.data, variable.data + variable.size, 0);
-            if (!wrong.isEmpty())
-                return wrong;
-        }
+        QString wrong;
+        if (variable.type == miMatrix && variable.size > 0)
+            wrong = checkArray(bytes, variable.data, variable.data + variable.size, 0);
+        else if (variable.type == miCompressed)
+            wrong = checkCompressed(content, variable, bigEndian);
+        if (!wrong.isEmpty())
+            return wrong;
         // A compressed variable isn't padded.
         at = variable.type == miMatrix ? variable.next : variable.data + variable.size;
     }

@@ -21,7 +21,8 @@ cmake --build "$BUILD_DIR" -j "$JOBS" --target "${TARGETS[@]}"
 # properties (zolvane-ds examples/new_motor.zva --operation getProps --exchange-file
 # motorProps.mat) and its protected form holding them as simulation data (of a copy
 # named new_motor.zvap: zolvane-ds new_motor.zvap --operation write --exchange-file
-# motorProps.mat).
+# motorProps.mat). motorPropsCompressed.mat holds the same variables each compressed,
+# as a parent program saves them by default.
 seed() {
   local target="$1"
   local corpus="$BUILD_DIR/corpus/$target"
