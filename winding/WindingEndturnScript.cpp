@@ -29,7 +29,10 @@
 #include "geometry/Piece.h"
 #include "geometry/Stator.h"
 #include "geometry/StatorItem.h"
+#include "geometry/servoce/boolops.h"
 #include "geometry/servoce/curve.h"
+#include "geometry/servoce/face.h"
+#include "geometry/servoce/trans.h"
 #include "materials/WindingMaterial.h"
 
 namespace {
@@ -528,6 +531,8 @@ struct SlotSectionRecord
     // Of the section: across the slot and along the machine's axis, mm.
     double width = 0.0;
     double height = 0.0;
+    // The coil's cross-section across the radius, its middle at the origin, in the plane x = 0.
+    servoce::shape profile;
 };
 
 SlotSectionRecord measured(const servoce::shape &side)
@@ -543,6 +548,10 @@ SlotSectionRecord measured(const servoce::shape &side)
     record.outerRadius = std::hypot(along.xmax, ym);
     record.width = along.ymax - along.ymin;
     record.height = along.zmax - along.zmin;
+    const double middle = (along.xmin + along.xmax) / 2.0;
+    const servoce::shape turned = side.transformed(servoce::rotateZ(-record.angle));
+    record.profile = servoce::make_intersect(turned, servoce::infplane({middle, 0.0, 0.0}, {1.0, 0.0, 0.0}), true)
+                         .transformed(servoce::translate(-middle, -ym, -record.z));
     return record;
 }
 
@@ -569,6 +578,9 @@ Winding::CoilSide coilSide(int slot, int layer, double pitch, const SlotSectionR
     side.towardsBack = towardsBack;
     side.angle = record.angle + slot * pitch;
     side.center = {radius * std::cos(side.angle), radius * std::sin(side.angle), record.z};
+    if (!record.profile.is_null())
+        side.profile = record.profile.transformed(servoce::translate(radius, 0.0, record.z))
+                           .transformed(servoce::rotateZ(side.angle));
     return side;
 }
 

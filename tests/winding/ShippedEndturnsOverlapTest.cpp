@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/Tbb.h"
 #include "document/Document.h"
 #include "geometry/EndturnShape.h"
 #include "geometry/Rotor.h"
@@ -110,11 +109,10 @@ protected:
         return verdict;
     }
 
-    // Sweeps every end turn of every layout to a bundle of the given diameter, side by side
-    // as the 3D view does: each a solid that holds its section's area along its path.
-    void expectEveryEndturnSweepsToABundle(double diameter)
+    // Sweeps every end turn of every layout to the coil's cross-section, side by side as the
+    // 3D view does: each a solid that holds the coil's section along its path.
+    void expectEveryEndturnSweepsToTheCoilsSection()
     {
-        SCOPED_TRACE(QStringLiteral("%1 mm bundle").arg(diameter).toStdString());
         struct Sweep
         {
             const Winding::Endturn *end;
@@ -132,13 +130,31 @@ protected:
                                       {}});
             }
         }
-        tbb::parallel_for(std::size_t(0), sweeps.size(),
-                          [&](std::size_t k) { sweeps[k].bundle = Winding::endturnSolid(*sweeps[k].end, diameter); });
-        const double area = M_PI * diameter * diameter / 4.0;
+        std::vector<const Winding::Endturn *> endturns;
+        for (const Sweep &sweep : sweeps)
+            endturns.push_back(sweep.end);
+        const std::vector<servoce::shape> solids = Winding::endturnSolids(endturns, 0.0);
+        for (std::size_t k = 0; k < sweeps.size(); ++k)
+            sweeps[k].bundle = solids[k];
+        // The coil's section fills most of the box that the winding measures round it: the
+        // whole of it where the layers lie one above the other, less where a side of two lies
+        // slanted in its half of the slot.
+        const double box = winding->widthWindingCoil() * winding->heightWindingCoil();
+        const double least = winding->isOrientationLeftRight() ? 0.5 * box : 0.95 * box;
         for (const Sweep &sweep : sweeps) {
             SCOPED_TRACE(sweep.name.toStdString());
+            const double area = sweep.end->begin.profile.area();
+            EXPECT_GT(area, least);
+            EXPECT_LT(area, 1.001 * box);
+            EXPECT_NEAR(sweep.end->end.profile.area(), area, 1e-6 * area);
             ASSERT_FALSE(sweep.bundle.is_null());
             EXPECT_EQ(sweep.bundle.shape_type(), int(TopAbs_SOLID));
+            // Where the end turn runs: a solid made as a turned copy of another lies there too.
+            const servoce::boundbox around = sweep.bundle.bounding_box();
+            for (const Winding::CoilSide *side : {&sweep.end->begin, &sweep.end->end}) {
+                EXPECT_TRUE(side->center.x > around.xmin && side->center.x < around.xmax && side->center.y > around.ymin
+                            && side->center.y < around.ymax && side->center.z > around.zmin && side->center.z < around.zmax);
+            }
             const double expected = area * sweep.end->path.length();
             EXPECT_NEAR(sweep.bundle.volume(), expected, 0.03 * expected);
         }
@@ -261,10 +277,9 @@ TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsStepIntoTheStatorFromTheGapOfE
     }
 }
 
-// The 3D view sweeps each end turn to a round bundle as thick as the coil is narrow: either
-// script's end turns of every winding give solids. On the distributed winding, whose stacked end
-// turns bend most, also a bundle drawn 4 mm thick.
-TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsToABundle)
+// The 3D view sweeps each end turn to the coil's cross-section where it leaves its slots: either
+// script's end turns of every winding give solids.
+TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsTheCoilsSection)
 {
     for (const WindingCase &windingCase : windingCases) {
         for (const char *script : {"WindingEndturns.js", "StackedEndturns.js"}) {
@@ -272,7 +287,7 @@ TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsToABundle)
             makeMachine(statorScripts[0], windingCase);
             verdictOf(script);
             const LogCatcher log;
-            expectEveryEndturnSweepsToABundle(std::min(winding->widthWindingCoil(), winding->heightWindingCoil()));
+            expectEveryEndturnSweepsToTheCoilsSection();
             EXPECT_FALSE(log.contains(QStringLiteral("Critical error while creating endturn shape")));
         }
     }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <vector>
 
-#include "base/Tbb.h"
 #include "geometry/EndturnShape.h"
 #include "materials/WindingMaterial.h"
 #include "winding/WindingObject.h"
@@ -12,7 +11,7 @@ PieceList endturnPieces(WindingObject *winding, bool filamentsOnly)
 {
     winding->updateEndturns();
     const QVector<QVector<Winding::Endturns>> layouts = winding->endturns();
-    // A bundle as thick as the narrower side of the coil's section.
+    // Where the coil sides carry no profile, a bundle as thick as the narrower side of the coil's section.
     const double diameter = std::min(winding->widthWindingCoil(), winding->heightWindingCoil());
     struct Job
     {
@@ -28,13 +27,17 @@ PieceList endturnPieces(WindingObject *winding, bool filamentsOnly)
         }
     }
     std::vector<servoce::shape> shapes(jobs.size());
-    tbb::parallel_for(std::size_t(0), jobs.size(), [&](std::size_t k) {
-        const Winding::Endturn &end = *jobs[k].endturn;
-        const servoce::shape solid = filamentsOnly ? servoce::shape() : Winding::endturnSolid(end, diameter);
-        shapes[k] = solid.is_null() ? end.path : solid;
-    });
+    if (!filamentsOnly) {
+        std::vector<const Winding::Endturn *> endturns;
+        for (const Job &job : jobs)
+            endturns.push_back(job.endturn);
+        shapes = Winding::endturnSolids(endturns, diameter);
+    }
     PieceList result;
     for (std::size_t k = 0; k < jobs.size(); ++k) {
+        // Where no solid could be made, the path stands for the end turn.
+        if (shapes[k].is_null())
+            shapes[k] = jobs[k].endturn->path;
         if (!shapes[k].is_null())
             result.append(Piece(shapes[k], QSharedPointer<EndturnMaterial>::create(jobs[k].phase, jobs[k].layout),
                                 Piece::Stator1));
