@@ -140,9 +140,6 @@ public:
     // Of the magnets' eddy currents at each position, W, nothing without magnets; empty
     // when the run or the magnet does not allow them.
     const std::optional<std::vector<double>> &magnetLosses() const { return m_magnetLosses; }
-    // Their mean in each rotor of the stack from the bottom up; empty without the
-    // magnet losses or the stack, or with a magnet outside the rotors.
-    const std::optional<std::vector<double>> &rotorMagnetLosses() const { return m_rotorMagnetLosses; }
     IronFluxDensities ironFluxDensities() const;
     // The largest H against the magnetisation in any magnet at any position, A/m, 0 when
     // H nowhere opposes it; empty without magnets.
@@ -212,6 +209,8 @@ private:
     // How the iron losses were found, or why not.
     QString m_ironLossNote;
     std::optional<std::vector<double>> m_magnetLosses;
+    // The magnet losses' mean in each rotor of the stack from the bottom up; empty without
+    // them or the stack, or with a magnet outside the rotors.
     std::optional<std::vector<double>> m_rotorMagnetLosses;
 };
 
