@@ -27,6 +27,11 @@ Eigen::Vector2d FieldSolution::fieldStrength(int triangle) const
     return m_law.fieldStrength(triangle, fluxDensity(triangle));
 }
 
+double FieldSolution::reluctivity(int triangle) const
+{
+    return m_law.reluctivity(triangle, fluxDensity(triangle).squaredNorm()).value;
+}
+
 double FieldSolution::potentialIntegral(int triangle) const
 {
     const Triangle &t = m_problem.mesh.triangles[static_cast<std::size_t>(triangle)];

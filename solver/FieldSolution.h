@@ -19,6 +19,8 @@ public:
     const Eigen::VectorXd &potential() const { return m_potential; }
     const Eigen::Vector2d &fluxDensity(int triangle) const { return m_fluxDensity[static_cast<std::size_t>(triangle)]; }
     Eigen::Vector2d fieldStrength(int triangle) const;
+    // nu of a triangle at its flux density.
+    double reluctivity(int triangle) const;
     double area(int triangle) const { return m_area[static_cast<std::size_t>(triangle)]; }
     // The integral of A over a triangle.
     double potentialIntegral(int triangle) const;

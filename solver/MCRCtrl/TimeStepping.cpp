@@ -2,6 +2,7 @@
 
 #include "solver/MCRCtrl/Harmonics.h"
 #include "solver/MCRCtrl/MagnetLoss.h"
+#include "solver/MCRCtrl/SliceTopology.h"
 
 #include "solver/AirGapForce.h"
 #include "solver/FieldSolution.h"
@@ -64,7 +65,44 @@ std::array<double, 3> blockCurrents(double phasor, double peak)
     return {peak * level[sector], peak * level[(sector + 4) % 6], peak * level[(sector + 2) % 6]};
 }
 
+// Gap g lies between the bodies g and g + 1 of the stack: the one on its rotor's side.
+std::size_t rotorSide(const std::vector<GapBand> &bands, std::size_t g)
+{
+    return bands[g].rotorAbove ? g + 1 : g;
+}
+
+// The rotor of the stack, numbered from the bottom, that holds each magnet element of a
+// slice: the one behind the gap whose rotor's row is in the element's piece of mesh;
+// -1 for a magnet in none.
+std::vector<int> magnetRotors(const SliceModel &slice, const std::vector<Body> &bodies)
+{
+    std::vector<int> rotors(slice.magnetElements.size(), -1);
+    if (bodies.empty())
+        return rotors;
+    for (std::size_t g = 0; g < slice.bands.size(); ++g) {
+        const auto body = bodies.begin() + std::ptrdiff_t(rotorSide(slice.bands, g));
+        const int rotor = int(std::count(bodies.begin(), body, Body::Rotor));
+        const std::vector<char> held = partsHolding(slice.base.mesh, slice.bands[g].rotorRow);
+        for (std::size_t i = 0; i < rotors.size(); ++i) {
+            const solver::Triangle &triangle = slice.base.mesh.triangles[std::size_t(slice.magnetElements[i])];
+            if (held[std::size_t(triangle.nodes[0])])
+                rotors[i] = rotor;
+        }
+    }
+    return rotors;
+}
+
 using Fields = std::vector<std::pair<QString, matvar_t *>>;
+
+// A cell of numbers: the program reads a row of a single number as that number, and
+// these stay lists however short.
+matvar_t *numberList(const std::vector<double> &values)
+{
+    std::vector<matvar_t *> items;
+    for (const double value : values)
+        items.push_back(mat::number(QString(), value));
+    return mat::cell(QString(), items);
+}
 
 void writeIronLosses(Fields &fields, const std::optional<IronLosses> &losses, const QString &note)
 {
@@ -103,7 +141,8 @@ void writeEfficiency(Fields &fields, double mechanical, double copper, const std
                 : QStringLiteral(" (the iron core loss is not computed)");
     tip += magnets ? QStringLiteral(", magnet eddy currents %1 W").arg(*magnets, 0, 'g', 4)
                    : QStringLiteral(" (the magnet loss is not computed)");
-    tip += QStringLiteral(".\nNot included: other eddy current losses, friction and windage.");
+    tip += QStringLiteral(".\nNot included: friction and windage; other eddy current losses are none, as the rotors hold "
+                          "only magnets and iron, whose eddy currents are part of the iron core loss.");
     fields.emplace_back(QStringLiteral("Efficiency_tooltip"), mat::text(QString(), tip));
 }
 
@@ -240,6 +279,8 @@ SliceAnswer SliceAnswer::blend(const SliceAnswer &a, const SliceAnswer &b, doubl
         result.normal[g] = mix(a.normal[g], b.normal[g]);
     }
     result.coenergy = mix(a.coenergy, b.coenergy);
+    result.discretisation = {mix(a.discretisation.error, b.discretisation.error),
+                             mix(a.discretisation.energy, b.discretisation.energy)};
     result.bandArea = mix(a.bandArea, b.bandArea);
     result.bandIntegral = mix(a.bandIntegral, b.bandIntegral);
     result.bandMax = std::max(a.bandMax, b.bandMax);
@@ -268,6 +309,8 @@ SliceAnswer TimeStepping::solveSlice(const SliceModel &slice, double shift, cons
     const solver::FieldSolution field(problem, solution.potential, m_machine.linear);
     const double depth = slice.length * slice.copies();
     answer.coenergy = field.coenergy() * depth;
+    const solver::DiscretisationError discretisation = solver::discretisationError(field);
+    answer.discretisation = {discretisation.error * depth, discretisation.energy * depth};
     for (const GapBand &band : slice.bands) {
         const Eigen::Vector2d force = solver::recutBandForce(field, {band.region}, band.height);
         const double sense = band.rotorAbove ? 1.0 : -1.0;
@@ -370,6 +413,7 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
 
     double bandArea = 0.0;
     double bandIntegral = 0.0;
+    solver::DiscretisationError discretisation;
     result.ironField.resize(answers.size());
     result.demagnetisingField.resize(answers.size());
     result.magnetPotential.resize(answers.size());
@@ -392,6 +436,8 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
             result.virtualWorkTorque = result.virtualWorkTorque.value_or(0.0) + answer.virtualWorkTorque;
         bandArea += answer.bandArea;
         bandIntegral += answer.bandIntegral;
+        discretisation.error += answer.discretisation.error;
+        discretisation.energy += answer.discretisation.energy;
         result.bandFluxDensityMax = std::max(result.bandFluxDensityMax, answer.bandMax);
         result.ironField[s] = std::move(answer.ironField);
         result.demagnetisingField[s] = std::move(answer.demagnetisingField);
@@ -399,6 +445,7 @@ PositionResult TimeStepping::solveAt(double time, double angle, const std::array
     }
     result.torque = std::accumulate(result.gapTorque.begin(), result.gapTorque.end(), 0.0);
     result.bandFluxDensity = bandArea > 0.0 ? bandIntegral / bandArea : 0.0;
+    result.discretisationError = discretisation.percent();
     return result;
 }
 
@@ -535,8 +582,13 @@ bool TimeStepping::hasMagnets() const
 void TimeStepping::findMagnetLosses(const Progress &progress)
 {
     m_magnetLosses.reset();
+    m_rotorMagnetLosses.reset();
+    const std::vector<Body> bodies = stack();
+    const std::size_t rotors = std::size_t(std::count(bodies.begin(), bodies.end(), Body::Rotor));
     if (!hasMagnets()) {
         m_magnetLosses = std::vector<double>(m_positions.size(), 0.0);
+        if (rotors > 0)
+            m_rotorMagnetLosses = std::vector<double>(rotors, 0.0);
         return;
     }
     const auto notComputedFor = [&](const QString &reason) {
@@ -550,11 +602,15 @@ void TimeStepping::findMagnetLosses(const Progress &progress)
         notComputedFor(QStringLiteral("the magnet's file gives no electric resistivity"));
         return;
     }
-    std::vector<double> losses(m_positions.size(), 0.0);
+    // Each rotor's, and last those of magnets in no rotor of the stack.
+    std::vector<std::vector<double>> losses(rotors + 1, std::vector<double>(m_positions.size(), 0.0));
+    bool strays = false;
     for (std::size_t s = 0; s < m_slices.size(); ++s) {
         const SliceModel &slice = m_slices[s];
-        MagnetElements elements;
+        const std::vector<int> rotorOf = magnetRotors(slice, bodies);
+        std::vector<MagnetElements> groups(rotors + 1);
         for (std::size_t i = 0; i < slice.magnetElements.size(); ++i) {
+            MagnetElements &elements = groups[rotorOf[i] < 0 ? rotors : std::size_t(rotorOf[i])];
             const solver::Triangle &triangle = slice.base.mesh.triangles[std::size_t(slice.magnetElements[i])];
             elements.area.push_back(solver::ElementShape(slice.base.mesh, triangle).area());
             elements.piece.push_back(triangle.region);
@@ -563,13 +619,28 @@ void TimeStepping::findMagnetLosses(const Progress &progress)
                 potential.push_back(at.magnetPotential[s][i]);
             elements.potential.push_back(std::move(potential));
         }
-        const std::vector<double> perDepth = magnetEddyLoss(elements, 1.0 / *m_machine.magnetResistivity, 1.0 / electricalFrequency());
+        strays = strays || !groups[rotors].area.empty();
         const double depth = slice.length * slice.copies();
-        for (std::size_t k = 0; k < losses.size(); ++k)
-            losses[k] += perDepth[k] * depth;
+        for (std::size_t r = 0; r < groups.size(); ++r) {
+            const std::vector<double> perDepth =
+                magnetEddyLoss(groups[r], 1.0 / *m_machine.magnetResistivity, 1.0 / electricalFrequency());
+            for (std::size_t k = 0; k < perDepth.size(); ++k)
+                losses[r][k] += perDepth[k] * depth;
+        }
     }
-    m_magnetLosses = losses;
-    progress(QStringLiteral("Magnet eddy-current losses: %1 W, limited by the magnets' resistance").arg(mean(losses), 0, 'g', 4));
+    std::vector<double> total(m_positions.size(), 0.0);
+    for (const std::vector<double> &group : losses) {
+        for (std::size_t k = 0; k < total.size(); ++k)
+            total[k] += group[k];
+    }
+    m_magnetLosses = total;
+    if (rotors > 0 && !strays) {
+        std::vector<double> perRotor;
+        for (std::size_t r = 0; r < rotors; ++r)
+            perRotor.push_back(mean(losses[r]));
+        m_rotorMagnetLosses = perRotor;
+    }
+    progress(QStringLiteral("Magnet eddy-current losses: %1 W, limited by the magnets' resistance").arg(mean(total), 0, 'g', 4));
 }
 
 IronFluxDensities TimeStepping::ironFluxDensities() const
@@ -718,7 +789,7 @@ std::vector<Body> TimeStepping::stack() const
     if (bodies.size() != bands.size() + 1)
         return {};
     for (std::size_t g = 0; g < bands.size(); ++g) {
-        if (bodies[g] == bodies[g + 1] || (bodies[g + 1] == Body::Rotor) != bands[g].rotorAbove)
+        if (bodies[g] == bodies[g + 1] || bodies[rotorSide(bands, g)] != Body::Rotor)
             return {};
     }
     return bodies;
@@ -895,7 +966,14 @@ matvar_t *TimeStepping::results() const
         value("DemagHpercent_max", 100.0 * *demagnetising / *m_machine.magnetCoercivity);
     else
         missing("DemagHpercent_max");
-    missing("Error");
+    if (m_positions.empty()) {
+        missing("Error");
+    } else {
+        double error = 0.0;
+        for (const PositionResult &at : m_positions)
+            error = std::max(error, at.discretisationError);
+        value("Error", error);
+    }
     const double mechanical = torque * mechanicalSpeed();
     const double copper = 3.0 * current * current * m_machine.phaseResistance;
     writeEfficiency(fields, mechanical, copper, m_ironLosses, m_magnetLosses ? std::optional<double>(mean(*m_magnetLosses)) : std::nullopt);
@@ -935,7 +1013,14 @@ matvar_t *TimeStepping::results() const
         value("magnetloss_rotor", mean(*m_magnetLosses));
     else
         missing("magnetloss_rotor");
-    missing("otherECloss_rotor");
+    if (m_rotorMagnetLosses)
+        fields.emplace_back(QStringLiteral("MagnetLoss"), numberList(*m_rotorMagnetLosses));
+    // The rotors hold only magnets and iron, whose eddy currents count in the iron loss.
+    value("otherECloss_rotor", 0.0);
+    const std::vector<Body> bodies = stack();
+    if (!bodies.empty())
+        fields.emplace_back(QStringLiteral("OtherECloss"),
+                            numberList(std::vector<double>(std::size_t(std::count(bodies.begin(), bodies.end(), Body::Rotor)), 0.0)));
     value("Bav_airgap", mean(band));
     value("Bmax_airgap", bandMax);
     const IronFluxDensities iron = ironFluxDensities();
@@ -1003,7 +1088,7 @@ matvar_t *TimeStepping::results() const
             values.push_back(at.gapTorque[g]);
         gapTorque.push_back(mean(values));
     }
-    fields.emplace_back(QStringLiteral("torque_airgap"), mat::row(QString(), gapTorque));
+    fields.emplace_back(QStringLiteral("torque_airgap"), numberList(gapTorque));
     return mat::structure(QStringLiteral("Results"), fields);
 }
 

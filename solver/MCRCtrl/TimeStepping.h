@@ -3,6 +3,7 @@
 #include "solver/MCRCtrl/IronLoss.h"
 #include "solver/MCRCtrl/MatData.h"
 #include "solver/MCRCtrl/SliceModel.h"
+#include "solver/DiscretisationError.h"
 
 #include <QString>
 #include <array>
@@ -66,6 +67,8 @@ struct PositionResult
     std::vector<std::vector<double>> demagnetisingField;
     // The mean potential A of the magnet elements of each slice, Wb/m, in the same order.
     std::vector<std::vector<double>> magnetPotential;
+    // Of the field of all slices, %.
+    double discretisationError = 0.0;
 };
 
 // What one slice gives at one shift, before the slices are summed.
@@ -86,6 +89,8 @@ struct SliceAnswer
     std::vector<Eigen::Vector2d> ironField;
     std::vector<double> demagnetisingField;
     std::vector<double> magnetPotential;
+    // Of the whole machine's share of the slice.
+    solver::DiscretisationError discretisation;
     // The potentials of the slice's own nodes, which keep their numbers at any shift: a
     // start for the solves at the neighbouring shifts.
     Eigen::VectorXd potential;
@@ -204,6 +209,9 @@ private:
     // How the iron losses were found, or why not.
     QString m_ironLossNote;
     std::optional<std::vector<double>> m_magnetLosses;
+    // The magnet losses' mean in each rotor of the stack from the bottom up; empty without
+    // them or the stack, or with a magnet outside the rotors.
+    std::optional<std::vector<double>> m_rotorMagnetLosses;
 };
 
 } // namespace mcrctrl

@@ -42,4 +42,12 @@ TEST(AnalysisWithSolver, ExampleRunsAndStoresResults)
     EXPECT_TRUE(values.value(QStringLiteral("torque")).canConvert<double>());
     EXPECT_GT(values.value(QStringLiteral("Bmax_airgap")).toDouble(), 0.5);
     EXPECT_EQ(values.value(QStringLiteral("Piron")).toString(), QStringLiteral("not computed"));
+    // The lists of the air gaps and the rotors stay lists, of one entry too.
+    EXPECT_EQ(values.value(QStringLiteral("torque_airgap")).type(), QVariant::List);
+    const QVariant other = values.value(QStringLiteral("OtherECloss"));
+    ASSERT_EQ(other.type(), QVariant::List);
+    EXPECT_FALSE(other.toList().isEmpty());
+    for (const QVariant &rotor : other.toList())
+        EXPECT_EQ(rotor.toDouble(), 0.0);
+    EXPECT_GT(values.value(QStringLiteral("Error")).toDouble(), 0.0);
 }

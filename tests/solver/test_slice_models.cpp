@@ -521,6 +521,49 @@ TEST(SliceModels, NormalForcesAreNamedForEachBodyOfTheMachine)
     EXPECT_EQ(unnamed.findField("Fn_rotor1"), nullptr);
 }
 
+// Two rotors about one stator, images of each other across it: the coil's field
+// sweeps both rotors' magnets alike, and the results give the loss of each, from the
+// bottom up, which make up the whole. The rotors hold nothing but magnets and iron: no
+// other eddy losses in either. A machine type that does not fit the gaps names no rotor.
+TEST(SliceModels, MagnetLossesAreGivenForEachRotor)
+{
+    SlotlessExchange exchange(stiffH, stiffB, 80, SlotlessExchange::TwoRotors);
+    exchange.field(exchange.data.materials, "magnetResistivity") = mat_values::number(1.5e-6);
+    RunSettings run = settings(true);
+    // The pulsating field of the single phase sweeps the magnets at twice the
+    // frequency, which four positions would sample at its nodes.
+    run.points = 6;
+    run.current = 10.0;
+    const auto resultsFor = [&]() {
+        const MachineData machine = readMachine(exchange.data, true);
+        TimeStepping stepping(readSlices(exchange.data, machine), machine, run);
+        stepping.run([](const QString &) {});
+        return resultsOf(stepping);
+    };
+    const MatValue results = resultsFor();
+    const double total = results.field("magnetloss_rotor", "Results").number("magnetloss_rotor");
+    const MatValue &perRotor = results.field("MagnetLoss", "Results");
+    ASSERT_EQ(perRotor.kind, MatValue::Cell);
+    ASSERT_EQ(perRotor.items.size(), 2u);
+    const double bottom = perRotor.items[0].number("MagnetLoss");
+    const double top = perRotor.items[1].number("MagnetLoss");
+    EXPECT_GT(bottom, 0.0);
+    EXPECT_NEAR(top / bottom, 1.0, 1e-3);
+    EXPECT_NEAR(bottom + top, total, 1e-12 * total);
+    EXPECT_EQ(results.field("otherECloss_rotor", "Results").number("otherECloss_rotor"), 0.0);
+    const MatValue &other = results.field("OtherECloss", "Results");
+    ASSERT_EQ(other.items.size(), 2u);
+    for (const MatValue &rotor : other.items)
+        EXPECT_EQ(rotor.number("OtherECloss"), 0.0);
+
+    exchange.field(exchange.data.geometry, "motortype") = mat_values::text("stator-rotor-stator");
+    const MatValue unnamed = resultsFor();
+    EXPECT_NEAR(unnamed.field("magnetloss_rotor", "Results").number("magnetloss_rotor"), total, 1e-12 * total);
+    EXPECT_EQ(unnamed.findField("MagnetLoss"), nullptr);
+    EXPECT_EQ(unnamed.findField("OtherECloss"), nullptr);
+    EXPECT_EQ(unnamed.field("otherECloss_rotor", "Results").number("otherECloss_rotor"), 0.0);
+}
+
 // Without magnets there is no magnet loss and no field against a magnetisation.
 TEST(SliceModels, MachineWithoutMagnetsLosesNothingInThem)
 {
@@ -536,6 +579,8 @@ TEST(SliceModels, MachineWithoutMagnetsLosesNothingInThem)
     EXPECT_EQ(*stepping.magnetLosses(), std::vector<double>(4, 0.0));
     const MatValue results = resultsOf(stepping);
     EXPECT_EQ(results.field("magnetloss_rotor", "Results").number("magnetloss_rotor"), 0.0);
+    ASSERT_EQ(results.field("MagnetLoss", "Results").items.size(), 1u);
+    EXPECT_EQ(results.field("MagnetLoss", "Results").items.front().number("MagnetLoss"), 0.0);
     EXPECT_EQ(results.field("DemagH_max", "Results").text, QStringLiteral("not computed"));
 }
 
