@@ -22,6 +22,7 @@
 #include <QDebug>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/Tbb.h"
 #include "geometry/servoce/trans.h"
@@ -30,8 +31,8 @@ namespace Winding {
 
 namespace {
 
-// The bundle's section, square to the path where the path leaves the slot.
-TopoDS_Wire sectionAtStart(const TopoDS_Wire &spine, double diameter)
+// Where the path begins, and its direction there.
+std::pair<gp_Pnt, gp_Vec> startOf(const TopoDS_Wire &spine)
 {
     BRepAdaptor_CompCurve curve(spine);
     gp_Pnt start;
@@ -39,6 +40,13 @@ TopoDS_Wire sectionAtStart(const TopoDS_Wire &spine, double diameter)
     curve.D1(curve.FirstParameter(), start, tangent);
     if (tangent.Magnitude() <= gp::Resolution())
         throw Standard_Failure("the path has no direction where it begins");
+    return {start, tangent};
+}
+
+// The bundle's section, square to the path where the path leaves the slot.
+TopoDS_Wire sectionAtStart(const TopoDS_Wire &spine, double diameter)
+{
+    const auto [start, tangent] = startOf(spine);
     const gp_Circ section(gp_Ax2(start, gp_Dir(tangent)), diameter / 2.0);
     return BRepBuilderAPI_MakeWire(BRepBuilderAPI_MakeEdge(section).Edge()).Wire();
 }
@@ -47,12 +55,9 @@ TopoDS_Wire sectionAtStart(const TopoDS_Wire &spine, double diameter)
 // radius, across which it lies, to square with the path: paths may leave a slot at a slant.
 TopoDS_Wire profileAtStart(const TopoDS_Wire &spine, const Endturn &endturn)
 {
-    BRepAdaptor_CompCurve curve(spine);
-    gp_Pnt start;
-    gp_Vec tangent;
-    curve.D1(curve.FirstParameter(), start, tangent);
-    if (tangent.Magnitude() <= gp::Resolution())
-        throw Standard_Failure("the path has no direction where it begins");
+    const std::pair<gp_Pnt, gp_Vec> begin = startOf(spine);
+    const gp_Pnt &start = begin.first;
+    const gp_Vec &tangent = begin.second;
     const auto distance = [&start](const CoilSide &side) {
         return start.Distance(gp_Pnt(side.center.x, side.center.y, side.center.z));
     };

@@ -3,20 +3,12 @@
 #include "solver/DiscretisationError.h"
 #include "solver/FieldSolution.h"
 #include "solver/GridMesh.h"
+#include "solver/SolvedLinear.h"
 #include "solver/MagnetostaticSolver.h"
 
 using namespace solver;
 
 namespace {
-
-FieldSolution solvedLinear(const Problem &problem)
-{
-    SolverSettings settings;
-    settings.linear = true;
-    const Solution solution = MagnetostaticSolver(problem, settings).solve();
-    EXPECT_TRUE(solution.converged);
-    return FieldSolution(problem, solution.potential, true);
-}
 
 void fixEdges(Problem &problem, const GridMesh &grid, const std::function<double(const Eigen::Vector2d &)> &potential)
 {

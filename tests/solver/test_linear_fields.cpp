@@ -3,6 +3,7 @@
 #include "solver/FieldSolution.h"
 #include "solver/FluxLinkage.h"
 #include "solver/GridMesh.h"
+#include "solver/SolvedLinear.h"
 #include "solver/MagnetostaticSolver.h"
 
 using namespace solver;
@@ -11,15 +12,6 @@ namespace {
 
 // Fields that the elements hold exactly come out to round-off.
 constexpr double roundOff = 1e-9;
-
-FieldSolution solvedLinear(const Problem &problem)
-{
-    SolverSettings settings;
-    settings.linear = true;
-    const Solution solution = MagnetostaticSolver(problem, settings).solve();
-    EXPECT_TRUE(solution.converged);
-    return FieldSolution(problem, solution.potential, true);
-}
 
 // The largest distance of the flux density in a region's triangles from a value.
 double deviation(const FieldSolution &fields, int region, const Eigen::Vector2d &expected)
