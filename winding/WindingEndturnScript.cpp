@@ -15,6 +15,7 @@
 #include <Bnd_Box.hxx>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <optional>
 
@@ -112,6 +113,74 @@ std::optional<ClosestPoints> closestPoints(const servoce::shape &first, const se
         return std::nullopt;
     auto point = [](const gp_Pnt &p) { return servoce::point3(p.X(), p.Y(), p.Z()); };
     return ClosestPoints{extrema.Value(), point(extrema.PointOnShape1(1)), point(extrema.PointOnShape2(1))};
+}
+
+// The least distance between two paths of a pair that counts. The gap between two bounding
+// boxes is a lower bound of the paths' distance: pairs are measured from the closest boxes on,
+// and those whose boxes lie farther apart than the smallest distance found cannot change it.
+double smallestDistance(const std::vector<servoce::shape> &paths, const std::function<bool(size_t, size_t)> &counts)
+{
+    std::vector<Bnd_Box> boxes(paths.size());
+    for (size_t i = 0; i < paths.size(); ++i)
+        BRepBndLib::Add(paths[i].Shape(), boxes[i]);
+    struct Pair
+    {
+        double boxGap;
+        size_t first;
+        size_t second;
+    };
+    std::vector<Pair> pairs;
+    for (size_t i = 0; i < paths.size(); ++i) {
+        for (size_t k = i + 1; k < paths.size(); ++k) {
+            if (!counts(i, k))
+                continue;
+            const bool bounded = !boxes[i].IsVoid() && !boxes[k].IsVoid();
+            pairs.push_back({bounded ? boxes[i].Distance(boxes[k]) : 0.0, i, k});
+        }
+    }
+    std::sort(pairs.begin(), pairs.end(), [](const Pair &a, const Pair &b) { return a.boxGap < b.boxGap; });
+    double smallest = std::numeric_limits<double>::max();
+    for (const Pair &pair : pairs) {
+        if (pair.boxGap >= smallest)
+            break;
+        if (const auto points = closestPoints(paths[pair.first], paths[pair.second]))
+            smallest = std::min(smallest, points->distance);
+    }
+    return smallest;
+}
+
+// Where the end turns of two layouts on the faces of one body come closer than the bundles are
+// thick: the script sees one layout at a time. Sets the overlap warnings and tells of each.
+QStringList facesMeeting(const QVector<QVector<Winding::Endturns>> &all, double thickness,
+                         const std::function<int(int)> &itemOfLayout, CoreMotorElement::WindingErrors &warnings)
+{
+    QStringList meetings;
+    for (int a = 0; a < all.size(); ++a) {
+        for (int b = a + 1; b < all.size(); ++b) {
+            if (itemOfLayout(a) != itemOfLayout(b))
+                continue;
+            for (const bool outer : {true, false}) {
+                std::vector<servoce::shape> paths;
+                for (const int layout : {a, b}) {
+                    for (const Winding::Endturns &coil : all.at(layout))
+                        paths.push_back(outer ? coil.outer.path : coil.inner.path);
+                }
+                const size_t first = size_t(all.at(a).size());
+                const double distance =
+                    smallestDistance(paths, [first](size_t i, size_t k) { return (i < first) != (k < first); });
+                if (distance >= 0.99 * thickness)
+                    continue;
+                warnings |= outer ? CoreMotorElement::OuterEndturnsOverlap : CoreMotorElement::InnerEndturnsOverlap;
+                meetings << WindingObject::tr("The %1 end turns of the two faces of stator%2 meet: closest %3 mm "
+                                              "apart, bundles %4 mm thick")
+                                .arg(outer ? WindingObject::tr("outer") : WindingObject::tr("inner"))
+                                .arg(itemOfLayout(a))
+                                .arg(distance, 0, 'f', 3)
+                                .arg(thickness, 0, 'f', 3);
+            }
+        }
+    }
+    return meetings;
 }
 
 bool isScriptShape(const QJSValue &value)
@@ -406,34 +475,7 @@ double WindingObject::distanceBetweenEndturns(const QJSValue &items)
     std::vector<servoce::shape> paths;
     if (!readEndturnItems(items, paths))
         return 0.0;
-    // The gap between two bounding boxes is a lower bound of the paths' distance: pairs
-    // are measured from the closest boxes on, and those whose boxes lie farther apart
-    // than the smallest distance found cannot change it.
-    std::vector<Bnd_Box> boxes(paths.size());
-    for (size_t i = 0; i < paths.size(); ++i)
-        BRepBndLib::Add(paths[i].Shape(), boxes[i]);
-    struct Pair
-    {
-        double boxGap;
-        size_t first;
-        size_t second;
-    };
-    std::vector<Pair> pairs;
-    for (size_t i = 0; i < paths.size(); ++i) {
-        for (size_t k = i + 1; k < paths.size(); ++k) {
-            const bool bounded = !boxes[i].IsVoid() && !boxes[k].IsVoid();
-            pairs.push_back({bounded ? boxes[i].Distance(boxes[k]) : 0.0, i, k});
-        }
-    }
-    std::sort(pairs.begin(), pairs.end(), [](const Pair &a, const Pair &b) { return a.boxGap < b.boxGap; });
-    double smallest = std::numeric_limits<double>::max();
-    for (const Pair &pair : pairs) {
-        if (pair.boxGap >= smallest)
-            break;
-        if (const auto points = closestPoints(paths[pair.first], paths[pair.second]))
-            smallest = std::min(smallest, points->distance);
-    }
-    return smallest;
+    return smallestDistance(paths, [](size_t, size_t) { return true; });
 }
 
 QJSValue WindingObject::extremaBetweenEndturns(const QJSValue &first, const QJSValue &second)
@@ -690,4 +732,10 @@ void WindingObject::makeEndturns(QVector<QVector<Winding::Endturns>> &all)
         }
         all[index] = coils;
     }
+    WindingErrors warnings = m_windingWarnings;
+    for (const QString &meeting : facesMeeting(all, std::min(m_widthWindingCoil, m_heightWindingCoil),
+                                               [this](int index) { return statorItemOfLayout(index); }, warnings))
+        m_console->warn(meeting);
+    setWindingWarnings(warnings);
 }
+

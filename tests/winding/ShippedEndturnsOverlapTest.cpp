@@ -277,6 +277,25 @@ TEST_F(ShippedEndturnsOverlapTest, StackedEndturnsStepIntoTheStatorFromTheGapOfE
     }
 }
 
+// On a thin body between two rotors, the staircases of its two faces reach its middle from either
+// side: where they come closer than the bundles are thick, the winding warns of it, though each
+// face's script found its own end turns apart.
+TEST_F(ShippedEndturnsOverlapTest, EndturnsOfTheTwoFacesOfAThinBodyThatMeetAreReported)
+{
+    const QString meet = QStringLiteral("The outer end turns of the two faces of stator1 meet");
+    for (const double height : {80.0, 40.0}) {
+        SCOPED_TRACE(height);
+        makeMachine(statorScripts[0], distributedTwoLayers, Machine::RSR);
+        for (StatorItem *item : doc.stator()->items())
+            item->setHeight(height);
+        console.warn.clear();
+        const Verdict stacked = verdictOf("StackedEndturns.js");
+        const bool thin = height < 50.0;
+        EXPECT_EQ(stacked.outer, thin);
+        EXPECT_EQ(joined(console.warn).find(meet.toStdString()) != std::string::npos, thin) << joined(console.warn);
+    }
+}
+
 // The 3D view sweeps each end turn to the coil's cross-section where it leaves its slots: either
 // script's end turns of every winding give solids.
 TEST_F(ShippedEndturnsOverlapTest, EveryEndturnOfEitherScriptSweepsTheCoilsSection)
