@@ -2,6 +2,8 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "base/ScriptConsole.h"
+#include "support/ConsoleSpies.h"
 #include "support/LogCatcher.h"
 #include "winding/EndInductance.h"
 
@@ -287,4 +289,40 @@ TEST(EndInductanceCalculation, UnequalOrBrokenInputGivesTheDefaultOrAnError)
     EXPECT_EQ(failed.methodText, "Neumann integrals solution error detected");
     EXPECT_EQ(failed.total, 0.0);
     EXPECT_EQ(failed.outerSelf, 0.0);
+}
+
+// A side whose phases disagree is told to the user of a toroidal winding, part by part, as
+// errors; for any other winding it stays in the log, and a sound side's parts are log lines.
+TEST(EndInductanceCalculation, AFailedSideOfAToroidalWindingIsToldOnTheConsole)
+{
+    Winding::EndInductanceInput input;
+    input.coils = balancedCoils();
+    input.coilDiameter = 0.005;
+    input.coils[1].outer.filaments = bentEnd(150.0, 2.0 * M_PI / 3.0, 2.0 * M_PI / 3.0 + 0.5, 40.0);
+    input.coils[1].outer.ends.dir = Winding::Coil::CW;
+    const QString failure = QStringLiteral("Neumann integrals solution error detected for outer endturns");
+    for (const bool toroidal : {true, false}) {
+        SCOPED_TRACE(toroidal);
+        input.toroidal = toroidal;
+        ScriptConsole console(ScriptConsole::Winding);
+        ConsoleSpies spies(&console);
+        const LogCatcher log;
+        Winding::EndInductanceCalculator(&console).calcEndInductance(input);
+        EXPECT_TRUE(log.contains(failure));
+        QStringList errors;
+        for (const QList<QVariant> &signal : spies.error)
+            errors << signal.at(1).toString();
+        if (toroidal) {
+            ASSERT_EQ(errors.size(), 6);
+            EXPECT_EQ(errors.first(), failure);
+            for (const char *name : {"L1", "L2", "L3", "L12", "L13"})
+                EXPECT_TRUE(errors.filter(QStringLiteral(" Outer Inductance %1: ").arg(name)).size() == 1) << name;
+        } else {
+            EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+        }
+        QStringList logs;
+        for (const QList<QVariant> &signal : spies.log)
+            logs << signal.at(1).toString();
+        EXPECT_EQ(logs.filter(QStringLiteral(" Inner Inductance L")).size(), 5) << "the sound side's parts";
+    }
 }
