@@ -31,7 +31,8 @@ struct ProgramRun
         process.setProcessEnvironment(environment());
         process.setWorkingDirectory(workingDirectory);
         process.start(program, arguments);
-        if (!process.waitForFinished(60000))
+        // A hang, not a slow run: a whole design's meshes take a minute under the sanitizers.
+        if (!process.waitForFinished(300000))
             return false;
         exitCode = process.exitCode();
         standardOutput = QString::fromLocal8Bit(process.readAllStandardOutput());
