@@ -1,7 +1,9 @@
 #include <benchmark/benchmark.h>
 #include <cmath>
 
+#include "BenchMachines.h"
 #include "winding/EndInductance.h"
+#include "winding/WindingObject.h"
 
 namespace {
 
@@ -36,5 +38,34 @@ void BM_FilamentSumOfALoop(benchmark::State &state)
             Winding::EndInductanceCalculator::calcFilamentMutualInductanceOuter(coil, coil, 0.0001));
 }
 BENCHMARK(BM_FilamentSumOfALoop)->Arg(30)->Arg(120)->Unit(benchmark::kMillisecond);
+
+// The end-winding inductance of a whole winding, its end turns made beforehand: with 12 the
+// bundled example (tooth coils), with 48 its machine grown to 48 slots and 8 poles with a
+// distributed winding in two layers one above the other.
+void BM_EndInductance(benchmark::State &state)
+{
+    const int slotCount = int(state.range(0));
+    const std::unique_ptr<Document> doc = scaledExample(slotCount);
+    if (!doc) {
+        state.SkipWithError("the example did not load");
+        return;
+    }
+    WindingObject *winding = doc->winding();
+    if (slotCount != 12) {
+        doc->rotor()->setNumberPolePairs(4);
+        winding->setNumberLayers(2);
+        winding->setLayersOrientation(Winding::UpperLower);
+    }
+    doc->pieces();
+    winding->updateEndturns();
+    if (winding->endturns().value(0).isEmpty()) {
+        state.SkipWithError("the winding has no end turns");
+        return;
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(winding->calcEndInductance());
+    state.counters["coils"] = double(winding->endturns().value(0).size());
+}
+BENCHMARK(BM_EndInductance)->Arg(12)->Arg(48)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
