@@ -243,9 +243,8 @@ bool DriveSettings::load(QDataStream &in)
     in >> m_voltageSupplyDC >> m_driverType >> m_switchingDeadTime >> m_currentHysteresis >> m_frequencySamplingPWM
         >> m_switchDutyCycle >> m_commutationAdvanceAngle >> m_sixStepOptions >> m_phaseCurrentLimit
         >> m_phaseCurrentHysteresis >> m_sixStepVdcUsage >> m_transistorName >> m_transistorInParallel;
-    if (in.status() != QDataStream::Ok)
-        return true;
-    // The editors and the solver's texts switch on these: damage must not reach them.
+    // The editors and the solver's texts switch on these: damage must not reach them,
+    // not even in an object whose load failed further on.
     using StreamChecks::checkEnumerator;
     checkEnumerator(in, m_waveformCurrent, Sinusoidal, QStringLiteral("the current waveform"));
     checkEnumerator(in, m_methodInputCurrent, RMSSupplyCurrent, QStringLiteral("the current input method"));

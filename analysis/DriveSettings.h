@@ -34,13 +34,13 @@ class DriveSettings : public QObject
     Q_PROPERTY(int transistorInParallel READ transistorInParallel WRITE setTransistorInParallel NOTIFY transistorInParallelChanged)
 
 public:
-    enum WaveformCurrent {
+    enum WaveformCurrent : int {
         Sinusoidal = 0,
         Trapezoidal = 1,
     };
     Q_ENUM(WaveformCurrent)
 
-    enum MethodInputCurrent {
+    enum MethodInputCurrent : int {
         UnknowMethodInputCurrent = 0,
         RMSSupplyCurrent = 1,
         PeakSupplyCurrent = 2,
@@ -50,20 +50,20 @@ public:
     };
     Q_ENUM(MethodInputCurrent)
 
-    enum DriveType {
+    enum DriveType : int {
         CurrentHysteresisPWM = 1,
         SpaceVectorPWM = 2,
         SixStep = 3,
     };
     Q_ENUM(DriveType)
 
-    enum SwitchDutyCycle {
+    enum SwitchDutyCycle : int {
         Deg120 = 120,
         Deg180 = 180,
     };
     Q_ENUM(SwitchDutyCycle)
 
-    enum SixStepOptions {
+    enum SixStepOptions : int {
         General = 1,
         LimitedMaximumCurrent = 2,
         VariabledDCVoltage = 3,

@@ -260,13 +260,14 @@ bool MagnetostaticAnalysis::load(QDataStream &in)
         >> m_computeCoggingTorque >> m_saveEachFieldSolution >> m_folderFieldsSolution;
     if (version >= 2)
         StreamChecks::readVariantMap(in, m_dataSimulation);
-    if (in.status() != QDataStream::Ok)
-        return true;
-    // The editors and the solver's texts switch on these: damage must not reach them.
+    // The editors and the solver's texts switch on these: damage must not reach them,
+    // not even in an object whose load failed further on.
     using StreamChecks::checkEnumerator;
     checkEnumerator(in, m_solverType, Nonlinear, QStringLiteral("the solver type"));
     checkEnumerator(in, m_accuracy, SinglePoint, QStringLiteral("the accuracy"));
     checkEnumerator(in, m_timePeriodMode, OneElecticalPeriod, QStringLiteral("the time period mode"));
+    if (in.status() != QDataStream::Ok)
+        return true;
     // The solver takes this many positions, times the slots: a damaged count would run for days.
     if (m_numberPoints < 1 || m_numberPoints > maxNumberPoints) {
         StreamChecks::refuse(in, QStringLiteral("the number of points %1 is outside 1 to %2")

@@ -31,13 +31,13 @@ class MagnetostaticAnalysis : public CoreMotorElement
     Q_PROPERTY(QVariantMap dataSimulation READ dataSimulation WRITE setDataSimulation NOTIFY resultsChanged)
 
 public:
-    enum SolverType {
+    enum SolverType : int {
         Nonlinear = 1,
         Linear = 2,
     };
     Q_ENUM(SolverType)
 
-    enum Accuracy {
+    enum Accuracy : int {
         DefinePoint = -1,
         SinglePoint = 1,
         TwoPoint = 2,
@@ -46,7 +46,7 @@ public:
     };
     Q_ENUM(Accuracy)
 
-    enum TimePeriodMode {
+    enum TimePeriodMode : int {
         OneElecticalPeriod = 1,
         DefinePeriod = 2,
     };

@@ -5,6 +5,8 @@
 #include <QMetaEnum>
 #include <QVariant>
 
+#include <type_traits>
+
 // Reading from files that may be damaged or made to do harm: a count is taken only
 // when the bytes left in the stream can hold that many entries, nesting has a bound,
 // and compressed data a size it may grow to. Whatever fails a check marks the stream
@@ -27,13 +29,18 @@ bool refuse(QDataStream &in, const QString &reason = QString());
 QString damage(const QDataStream &in);
 
 // A stored choice of a Q_ENUM is kept only when its enumeration has it: otherwise the
-// choice becomes `fallback` and the stream is marked damaged, naming `what`.
+// choice becomes `fallback` and the stream is marked damaged, naming `what` (unless an
+// earlier read failed, whose reason stands). The enumeration needs a fixed underlying
+// type, so that holding a damaged value before this check is no undefined behaviour.
 template <typename Enum>
 void checkEnumerator(QDataStream &in, Enum &value, Enum fallback, const QString &what)
 {
+    static_assert(std::is_same<std::underlying_type_t<Enum>, int>::value,
+                  "a stored enumeration needs the fixed underlying type int");
     if (QMetaEnum::fromType<Enum>().valueToKey(int(value)))
         return;
-    refuse(in, QStringLiteral("%1 %2 is unknown").arg(what).arg(int(value)));
+    if (in.status() == QDataStream::Ok)
+        refuse(in, QStringLiteral("%1 %2 is unknown").arg(what).arg(int(value)));
     value = fallback;
 }
 

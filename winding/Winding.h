@@ -15,26 +15,26 @@ class QDataStream;
 namespace Winding {
 Q_NAMESPACE
 
-enum Type {
+enum Type : int {
     Planar = 1,
     Toroidal = 2,
 };
 Q_ENUM_NS(Type)
 
-enum LayersOrientation {
+enum LayersOrientation : int {
     UpperLower = 1,
     LeftRight = 2,
 };
 Q_ENUM_NS(LayersOrientation)
 
-enum Circuit {
+enum Circuit : int {
     Star = 1,
     Delta = 2,
 };
 Q_ENUM_NS(Circuit)
 
 // How the layouts of several stator faces are joined: "s" in series, "p" in parallel.
-enum Connection {
+enum Connection : int {
     UnknownConnection = -1,
     Connection_1s2 = 0,
     Connection_1p2 = 1,
@@ -48,7 +48,7 @@ enum Connection {
 };
 Q_ENUM_NS(Connection)
 
-enum WireSizeMethod {
+enum WireSizeMethod : int {
     AWG = 1,
     SWG = 2,
     FillFactor = 3,
@@ -64,7 +64,7 @@ enum Phase {
 };
 Q_ENUM_NS(Phase)
 
-enum ModeLayout {
+enum ModeLayout : int {
     Automatic = 0,
     Manual = 1,
 };

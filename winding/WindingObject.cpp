@@ -1231,20 +1231,21 @@ bool WindingObject::load(QDataStream &in)
         bool endturnsGeneratedOrStale = false;
         in >> endturnsGeneratedOrStale;
     }
-    if (in.status() != QDataStream::Ok)
-        return true;
     if (!hasKnownSettings()) {
-        // The winding's tables are indexed by these; damage must not reach them.
+        // The winding's tables are indexed by these; damage must not reach them, not
+        // even in a winding whose load failed further on.
         m_circuit = Winding::Star;
         m_wireSizeMethod = Winding::AWG;
         m_modeLayout = Winding::Automatic;
         m_type = Winding::Planar;
         m_numberLayers = 1;
         m_layersOrientation = Winding::UpperLower;
-        StreamChecks::refuse(in, QStringLiteral("a setting of the winding (its type, circuit, layers or wire size "
-                                                "method) is outside the values a design may have"));
-        return true;
+        if (in.status() == QDataStream::Ok)
+            StreamChecks::refuse(in, QStringLiteral("a setting of the winding (its type, circuit, layers or wire "
+                                                    "size method) is outside the values a design may have"));
     }
+    if (in.status() != QDataStream::Ok)
+        return true;
     settleAfterLoad();
     return true;
 }

@@ -131,6 +131,29 @@ TEST_F(DriveStreamTest, NewerVersionIsRefusedWithoutAChange)
     EXPECT_EQ(drive->waveformCurrent(), DriveSettings::Sinusoidal);
 }
 
+// A block cut short after a damaged choice: the load fails, and the choices the editors
+// switch on still lie inside their enumerations.
+TEST_F(DriveStreamTest, ADamagedChoiceInACutBlockFallsBackToTheDefault)
+{
+    QByteArray bytes = driveBlock(2);
+    const QByteArray unknown = streamBytes([](QDataStream &out) { out << qint32(77); });
+    bytes.replace(4, 4, unknown);
+    bytes.replace(60, 4, unknown);
+    bytes.truncate(70);
+    EXPECT_EQ(loadBlock(*drive, bytes).status, QDataStream::ReadPastEnd);
+    EXPECT_EQ(drive->waveformCurrent(), DriveSettings::Sinusoidal);
+    EXPECT_EQ(drive->driverType(), DriveSettings::CurrentHysteresisPWM);
+}
+
+TEST_F(AnalysisStreamTest, ADamagedChoiceInACutBlockFallsBackToTheDefault)
+{
+    QByteArray bytes = analysisBlock(2);
+    bytes.replace(4, 4, streamBytes([](QDataStream &out) { out << qint32(-5); }));
+    bytes.truncate(30);
+    EXPECT_EQ(loadBlock(*analysis, bytes).status, QDataStream::ReadPastEnd);
+    EXPECT_EQ(analysis->solverType(), MagnetostaticAnalysis::Nonlinear);
+}
+
 TEST_F(AnalysisStreamTest, EveryFieldSurvivesSaveAndLoad)
 {
     analysis->setSolverType(MagnetostaticAnalysis::Linear);
