@@ -2,6 +2,7 @@
 
 #include <QDebug>
 #include <QElapsedTimer>
+#include <QSet>
 #include <QtMath>
 #include <Eigen/Dense>
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <atomic>
 #include <cmath>
 #include <optional>
+#include <vector>
 
 #include "base/ScriptConsole.h"
 #include "base/Tbb.h"
@@ -378,20 +380,8 @@ double EndInductanceCalculator::calcMutualInductanceOuter(const QVector<CoilEndW
     qDebug().noquote() << label;
     logList(">>> outer item1 [%d]", list1, &CoilEndWires::outer);
     logList(">>> outer item2 [%d]", list2, &CoilEndWires::outer);
-    double total = 0.0;
-    for (const CoilEndWires &first : list1) {
-        for (const CoilEndWires &second : list2) {
-            const quint64 key = endturnPairKey(first.outer.ends, second.outer.ends);
-            auto cached = m_outerCache.constFind(key);
-            if (cached == m_outerCache.cend()) {
-                const double value = calcFilamentMutualInductanceOuter(first, second, m_wireRadius);
-                if (std::isnan(value))
-                    qCritical() << "calcFilamentMutualInductanceOuter is NaN";
-                cached = m_outerCache.insert(key, value);
-            }
-            total += cached.value();
-        }
-    }
+    const double total = cachedPairSum(list1, list2, &CoilEndWires::outer, m_outerCache,
+                                       &calcFilamentMutualInductanceOuter, "calcFilamentMutualInductanceOuter is NaN");
     if (std::isnan(total))
         qCritical() << "calcMutualInductanceOuter is NaN";
     return total;
@@ -403,22 +393,52 @@ double EndInductanceCalculator::calcMutualInductanceInner(const QVector<CoilEndW
     qDebug().noquote() << label;
     logList(">>> inner item1 [%d]", list1, &CoilEndWires::inner);
     logList(">>> inner item2 [%d]", list2, &CoilEndWires::inner);
-    double total = 0.0;
-    for (const CoilEndWires &first : list1) {
-        for (const CoilEndWires &second : list2) {
-            const quint64 key = endturnPairKey(first.inner.ends, second.inner.ends);
-            auto cached = m_innerCache.constFind(key);
-            if (cached == m_innerCache.cend()) {
-                const double value = calcFilamentMutualInductanceInner(first, second, m_wireRadius);
-                if (std::isnan(value))
-                    qCritical() << "calcFilamentMutualInductanceInner is NaN";
-                cached = m_innerCache.insert(key, value);
-            }
-            total += cached.value();
-        }
-    }
+    const double total = cachedPairSum(list1, list2, &CoilEndWires::inner, m_innerCache,
+                                       &calcFilamentMutualInductanceInner, "calcFilamentMutualInductanceInner is NaN");
     if (std::isnan(total))
         qCritical() << "calcMutualInductanceInner is NaN";
+    return total;
+}
+
+double EndInductanceCalculator::cachedPairSum(const QVector<CoilEndWires> &list1, const QVector<CoilEndWires> &list2,
+                                              EndWire CoilEndWires::*side, QHash<quint64, double> &cache,
+                                              FilamentSum filamentSum, const char *nanMessage) const
+{
+    // The distinct keys the cache lacks are worked out in parallel across pairs: one pair
+    // holds too few filaments to keep the cores busy. The cache itself is only touched
+    // here, between the parallel loops.
+    struct Missing
+    {
+        quint64 key;
+        const CoilEndWires *first;
+        const CoilEndWires *second;
+    };
+    std::vector<Missing> missing;
+    QSet<quint64> queued;
+    for (const CoilEndWires &first : list1) {
+        for (const CoilEndWires &second : list2) {
+            const quint64 key = endturnPairKey((first.*side).ends, (second.*side).ends);
+            if (!cache.contains(key) && !queued.contains(key)) {
+                queued.insert(key);
+                missing.push_back({key, &first, &second});
+            }
+        }
+    }
+    std::vector<double> values(missing.size());
+    tbb::parallel_for(std::size_t(0), missing.size(), [&](std::size_t i) {
+        values[i] = filamentSum(*missing[i].first, *missing[i].second, m_wireRadius);
+    });
+    for (std::size_t i = 0; i < missing.size(); ++i) {
+        if (std::isnan(values[i]))
+            qCritical() << nanMessage;
+        cache.insert(missing[i].key, values[i]);
+    }
+
+    double total = 0.0;
+    for (const CoilEndWires &first : list1) {
+        for (const CoilEndWires &second : list2)
+            total += cache.value(endturnPairKey((first.*side).ends, (second.*side).ends));
+    }
     return total;
 }
 
@@ -429,14 +449,18 @@ double EndInductanceCalculator::calcMutualInductanceOuterInner(const QVector<Coi
     qDebug().noquote() << label;
     logList(">>> outer item1 [%d]", list1, &CoilEndWires::outer);
     logList(">>> inner item2 [%d]", list2, &CoilEndWires::inner);
+    // In parallel across pairs, added in order: the sum does not depend on the scheduling.
+    const int count2 = int(list2.size());
+    std::vector<double> values(std::size_t(list1.size()) * std::size_t(count2));
+    tbb::parallel_for(std::size_t(0), values.size(), [&](std::size_t index) {
+        values[index] = calcFilamentMutualInductanceOuterInner(list1.at(int(index / count2)),
+                                                               list2.at(int(index % count2)));
+    });
     double total = 0.0;
-    for (const CoilEndWires &first : list1) {
-        for (const CoilEndWires &second : list2) {
-            const double value = calcFilamentMutualInductanceOuterInner(first, second);
-            if (std::isnan(value))
-                qCritical() << "calcFilamentMutualInductanceOuterInner is NaN";
-            total += value;
-        }
+    for (double value : values) {
+        if (std::isnan(value))
+            qCritical() << "calcFilamentMutualInductanceOuterInner is NaN";
+        total += value;
     }
     if (std::isnan(total))
         qCritical() << "calcMutualInductanceOuterInner is NaN";

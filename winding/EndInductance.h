@@ -125,6 +125,11 @@ private:
         bool plausible() const { return isPlausible(l1, l2, l3, l12, l13); }
     };
 
+    using FilamentSum = double (*)(const CoilEndWires &, const CoilEndWires &, double);
+    // The sum over all pairs of the two lists of one side, each distinct key worked out once.
+    double cachedPairSum(const QVector<CoilEndWires> &list1, const QVector<CoilEndWires> &list2,
+                         EndWire CoilEndWires::*side, QHash<quint64, double> &cache, FilamentSum filamentSum,
+                         const char *nanMessage) const;
     void consoleLog(const QString &text) const;
     void consoleError(const QString &text) const;
     void reportSide(const SideValues &values, const QString &side, bool toroidal) const;
