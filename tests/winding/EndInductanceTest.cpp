@@ -255,6 +255,48 @@ TEST(EndInductanceCalculation, ABalancedWindingGivesItsPartsScaledByTheTurns)
     EXPECT_NEAR(many.outerSelf, 25.0 * one.outerSelf, 1e-9 * many.outerSelf);
 }
 
+// Coils turned alike about the axis share their pair values: the list sums, worked out in
+// parallel across pairs, equal the sums of every pair taken one by one. Shared values agree
+// with their turned twins only as far as the shift of near-parallel pieces allows.
+TEST(EndInductanceCalculation, ListSumsEqualThePairSumsTakenOneByOne)
+{
+    QVector<Winding::CoilEndWires> ring;
+    const int count = 8;
+    for (int k = 0; k < count; ++k) {
+        const double angle = 2.0 * M_PI * k / count;
+        ring << coilOf(Winding::A, bentEnd(150.0, angle, angle + 0.6, 20.0), bentEnd(50.0, angle + 0.6, angle, -20.0),
+                       2 * k);
+    }
+    const QVector<Winding::CoilEndWires> firstHalf = ring.mid(0, 3);
+    const double radius = 0.0025;
+    double outer = 0.0;
+    double inner = 0.0;
+    double outerInner = 0.0;
+    for (const Winding::CoilEndWires &first : firstHalf) {
+        for (const Winding::CoilEndWires &second : ring) {
+            using Calculator = Winding::EndInductanceCalculator;
+            outer += Calculator::calcFilamentMutualInductanceOuter(first, second, radius);
+            inner += Calculator::calcFilamentMutualInductanceInner(first, second, radius);
+            outerInner += Calculator::calcFilamentMutualInductanceOuterInner(first, second);
+        }
+    }
+    Winding::EndInductanceInput input;
+    input.coilDiameter = 2.0 * radius;
+    for (Winding::Phase phase : {Winding::A, Winding::B, Winding::C}) {
+        Winding::CoilEndWires coil = ring.first();
+        coil.phase = phase;
+        input.coils << coil;
+    }
+    Winding::EndInductanceCalculator calculator;
+    // A whole calculation sets the wire radius and empties the caches.
+    calculator.calcEndInductance(input);
+    EXPECT_NEAR(calculator.calcMutualInductanceOuter(firstHalf, ring, "outer"), outer, 1e-4 * std::abs(outer));
+    EXPECT_NEAR(calculator.calcMutualInductanceInner(firstHalf, ring, "inner"), inner, 1e-4 * std::abs(inner));
+    EXPECT_NEAR(calculator.calcMutualInductanceOuterInner(firstHalf, ring, "outer-inner"), outerInner,
+                1e-9 * std::abs(outerInner));
+    EXPECT_NE(outerInner, 0.0);
+}
+
 TEST(EndInductanceCalculation, UnequalOrBrokenInputGivesTheDefaultOrAnError)
 {
     Winding::EndInductanceCalculator calculator;
