@@ -37,6 +37,7 @@ void MotorElement::setOuterDiameter(double diameter)
     emit outerDiameterChanged(m_outerDiameter);
     emitElementChanged();
     markGeometryModified(document());
+    tellDiametersOutOfOrder();
 }
 
 void MotorElement::setInnerDiameter(double diameter)
@@ -49,6 +50,7 @@ void MotorElement::setInnerDiameter(double diameter)
     emit innerDiameterChanged(m_innerDiameter);
     emitElementChanged();
     markGeometryModified(document());
+    tellDiametersOutOfOrder();
 }
 
 void MotorElement::setTypeMiddleItem(MiddleType type)
@@ -135,6 +137,13 @@ void MotorElement::clearCashPieces()
     clearDependentPieces();
     document()->resetPieces();
     emit pieceReset();
+}
+
+void MotorElement::tellDiametersOutOfOrder()
+{
+    // Told at once, since it needs no build; other errors come with the next build.
+    if (m_outerDiameter <= m_innerDiameter)
+        updateGeometryErrors();
 }
 
 void MotorElement::updateGeometryErrors()

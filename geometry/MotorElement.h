@@ -3,7 +3,7 @@
 #include <QJSValue>
 #include <QList>
 #include <QMetaMethod>
-#include <QRecursiveMutex>
+#include <mutex>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -68,7 +68,7 @@ public:
     JSEngine *engine() const { return m_engine.get(); }
     // Held by every call into the script, the editor panel's too; an element holds it
     // also while it takes in a result.
-    QRecursiveMutex &engineMutex() const { return m_engineMutex; }
+    std::recursive_mutex &engineMutex() const { return m_engineMutex; }
 
     // Evaluates the script in a new engine and binds its variables; false, with the
     // message on the console, when it fails or lacks what an element needs. The
@@ -168,6 +168,8 @@ protected:
     void setMaterialValue(const char *property, double &field, double value);
 
 private:
+    // Diameters in the wrong order are an error that needs no build.
+    void tellDiametersOutOfOrder();
 
     // Emits the notify signal of one of the properties that stator and rotor declare.
     template <typename Value>
@@ -207,7 +209,7 @@ private:
     static MiddleType middleTypeFromKey(const QString &key);
 
     // The engine is not reentrant: one call into the script at a time.
-    mutable QRecursiveMutex m_engineMutex;
+    mutable std::recursive_mutex m_engineMutex;
     std::unique_ptr<JSEngine> m_engine;
     ScriptConsole *m_console;
     FileWatcher *m_watcher;
