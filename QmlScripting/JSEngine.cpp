@@ -12,8 +12,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QMetaEnum>
-#include <QMutex>
-#include <QMutexLocker>
+#include <mutex>
 #include <QVector>
 
 namespace {
@@ -23,12 +22,12 @@ struct ExposedClass {
     const QMetaObject *metaObject;
 };
 
-QMutex exposedMutex;
+std::mutex exposedMutex;
 QVector<ExposedClass> exposedClasses;
 
 QVector<ExposedClass> exposedSoFar()
 {
-    QMutexLocker locker(&exposedMutex);
+    const std::lock_guard locker(exposedMutex);
     return exposedClasses;
 }
 
@@ -90,7 +89,7 @@ void JSEngine::installModules()
 
 void JSEngine::exposeClass(const QString &name, const QMetaObject *metaObject)
 {
-    QMutexLocker locker(&exposedMutex);
+    const std::lock_guard locker(exposedMutex);
     for (ExposedClass &exposed : exposedClasses) {
         if (exposed.name == name) {
             exposed.metaObject = metaObject;

@@ -86,15 +86,15 @@ void setLogOperationName(const QString &operation)
     operationName() = operation;
 }
 
-QMutex &logMutex()
+std::mutex &logMutex()
 {
-    static QMutex mutex;
+    static std::mutex mutex;
     return mutex;
 }
 
 QString currentLogFilePath()
 {
-    QMutexLocker locker(&logMutex());
+    const std::lock_guard locker(logMutex());
     return logFilePathStorage();
 }
 
@@ -144,7 +144,7 @@ void messageHandler(QtMsgType type, const QMessageLogContext &context, const QSt
     const QString text = qFormatLogMessage(type, context, message);
     outputDebugString(debuggerLine(QTime::currentTime(), type, text));
 
-    QMutexLocker locker(&logMutex());
+    const std::lock_guard locker(logMutex());
     QString &path = logFilePathStorage();
     if (path.isEmpty()) {
         path = logsPath()

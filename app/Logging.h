@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QDateTime>
-#include <QMutex>
+#include <mutex>
 #include <QString>
 #include <QtGlobal>
 
@@ -24,7 +24,7 @@ void messageHandler(QtMsgType type, const QMessageLogContext &context, const QSt
 QString currentLogFilePath();
 
 // Guards the log file; the crash handler only tries it.
-QMutex &logMutex();
+std::mutex &logMutex();
 
 // Formats of the log, shared with the crash handler and the tests.
 QString logFileName(const QDateTime &now, qint64 pid, const QString &operation);

@@ -23,7 +23,7 @@ void QDebugStream::logLine()
 
 QDebugStream::int_type QDebugStream::overflow(int_type character)
 {
-    QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(m_mutex);
     if (character == traits_type::eof())
         return traits_type::not_eof(character);
     if (character != '\n')
@@ -35,7 +35,7 @@ QDebugStream::int_type QDebugStream::overflow(int_type character)
 
 std::streamsize QDebugStream::xsputn(const char *text, std::streamsize count)
 {
-    QMutexLocker locker(&m_mutex);
+    const std::lock_guard locker(m_mutex);
     const QString block = QString::fromUtf8(text, int(count));
     if (!block.contains(QLatin1Char('\n'))) {
         m_lineBuffer.append(block);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QMutex>
+#include <mutex>
 #include <QString>
 #include <ostream>
 #include <streambuf>
@@ -27,5 +27,5 @@ private:
     std::streambuf *m_oldBuffer;
     QString m_lineBuffer;
     QString m_prefix;
-    QMutex m_mutex;
+    std::mutex m_mutex;
 };

@@ -1,20 +1,19 @@
 #include "base/UserMessage.h"
 
-#include <QMutex>
-#include <QMutexLocker>
+#include <mutex>
 
 namespace UserMessage {
 
 namespace {
 
-QMutex presenterMutex;
+std::mutex presenterMutex;
 Presenter criticalPresenter;
 
 } // namespace
 
 void setCriticalPresenter(Presenter presenter)
 {
-    QMutexLocker locker(&presenterMutex);
+    const std::lock_guard locker(presenterMutex);
     criticalPresenter = std::move(presenter);
 }
 
@@ -22,7 +21,7 @@ void critical(const QString &text)
 {
     Presenter presenter;
     {
-        QMutexLocker locker(&presenterMutex);
+        const std::lock_guard locker(presenterMutex);
         presenter = criticalPresenter;
     }
     if (presenter)

@@ -520,7 +520,7 @@ PieceList Document::pieces()
     bool current = false;
     {
         // The list is copied under the mutex too: resetPieces may clear it at any time.
-        QMutexLocker locker(&m_piecesMutex);
+        const std::lock_guard locker(m_piecesMutex);
         if (m_piecesValid.loadAcquire())
             return m_pieces;
         const int generation = m_piecesGeneration.loadAcquire();
@@ -598,7 +598,7 @@ void Document::resetPieces()
     if (!m_piecesValid.loadAcquire())
         return;
     {
-        QMutexLocker locker(&m_piecesMutex);
+        const std::lock_guard locker(m_piecesMutex);
         m_pieces.clear();
         m_piecesValid.storeRelease(false);
     }

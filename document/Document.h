@@ -5,7 +5,7 @@
 #include <QDataStream>
 #include <QHash>
 #include <QImage>
-#include <QMutex>
+#include <mutex>
 #include <QObject>
 #include <QPair>
 #include <QPointF>
@@ -301,7 +301,7 @@ private:
     QAtomicInteger<bool> m_piecesValid = false;
     // Counts the changes, so that a build overtaken by one is not kept.
     QAtomicInt m_piecesGeneration = 0;
-    QMutex m_piecesMutex;
+    std::mutex m_piecesMutex;
 };
 
 Q_DECLARE_METATYPE(Document *)

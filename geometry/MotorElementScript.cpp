@@ -157,13 +157,13 @@ void MotorElement::scriptFailure(const QString &message) const
 
 QString MotorElement::scriptErrorText() const
 {
-    QMutexLocker locker(&m_engineMutex);
+    const std::lock_guard locker(m_engineMutex);
     return m_lastError;
 }
 
 QVariantMap MotorElement::geometry(const QString &objectName, int id) const
 {
-    QMutexLocker locker(&m_engineMutex);
+    const std::lock_guard locker(m_engineMutex);
     if (!m_engine)
         return {};
     m_lastError.clear();
@@ -202,7 +202,7 @@ QVariantMap MotorElement::scriptEditedProperties()
     if (!m_scriptLoaded)
         return {};
     const QString panelFunction = QStringLiteral("create%1UI").arg(capitalized(objectName()));
-    QMutexLocker locker(&m_engineMutex);
+    const std::lock_guard locker(m_engineMutex);
     QJSValue create = m_engine->globalObject().property(panelFunction);
     if (create.isUndefined()) {
         qCritical().noquote() << tr("Not found function '%1'").arg(panelFunction);

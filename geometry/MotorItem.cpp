@@ -58,13 +58,13 @@ QPair<double, double> MotorItem::range() const
 
 bool MotorItem::hasCachedPieces() const
 {
-    QMutexLocker locker(&m_piecesMutex);
+    const std::lock_guard locker(m_piecesMutex);
     return m_pieces.has_value();
 }
 
 void MotorItem::createPieces()
 {
-    QMutexLocker locker(&m_piecesMutex);
+    const std::lock_guard locker(m_piecesMutex);
     if (m_pieces)
         return;
     m_pieces = canHavePieces() ? builtBody(basePieces()) : PieceList();
@@ -72,7 +72,7 @@ void MotorItem::createPieces()
 
 PieceList MotorItem::basePieces()
 {
-    QMutexLocker locker(&m_baseMutex);
+    const std::lock_guard locker(m_baseMutex);
     if (m_basePieces)
         return *m_basePieces;
     if (!canHavePieces())
@@ -97,7 +97,7 @@ PieceList MotorItem::basePieces()
 
 QVector<servoce::shape> MotorItem::overlapShapes() const
 {
-    QMutexLocker locker(&m_baseMutex);
+    const std::lock_guard locker(m_baseMutex);
     return m_overlaps;
 }
 
@@ -133,15 +133,15 @@ bool MotorItem::canHavePieces() const
 
 PieceList MotorItem::cachedPieces() const
 {
-    QMutexLocker locker(&m_piecesMutex);
+    const std::lock_guard locker(m_piecesMutex);
     return m_pieces.value_or(PieceList());
 }
 
 void MotorItem::clearCashPieces()
 {
-    QMutexLocker locker(&m_piecesMutex);
+    const std::lock_guard locker(m_piecesMutex);
     m_pieces.reset();
-    QMutexLocker baseLocker(&m_baseMutex);
+    const std::lock_guard baseLocker(m_baseMutex);
     m_basePieces.reset();
     m_overlaps.clear();
 }

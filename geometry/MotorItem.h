@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QDataStream>
-#include <QMutex>
+#include <mutex>
 #include <QPair>
 #include <optional>
 
@@ -107,9 +107,9 @@ private:
     double m_angularDisplacement = 0.0;
     bool canHavePieces() const;
 
-    mutable QMutex m_piecesMutex;
+    mutable std::mutex m_piecesMutex;
     std::optional<PieceList> m_pieces;
-    mutable QMutex m_baseMutex;
+    mutable std::mutex m_baseMutex;
     std::optional<PieceList> m_basePieces;
     QVector<servoce::shape> m_overlaps;
 };

@@ -101,7 +101,7 @@ void Rotor::setConductorTemperature(double temperature)
 
 QVariantMap Rotor::geometry(int id)
 {
-    QMutexLocker locker(&engineMutex());
+    const std::lock_guard locker(engineMutex());
     const QVariantMap result = MotorElement::geometry(objectName(), id);
     if (result.isEmpty())
         return result;

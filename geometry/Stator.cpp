@@ -69,7 +69,7 @@ void Stator::setWindingTemperature(double temperature)
 
 QVariantMap Stator::geometry(int id)
 {
-    QMutexLocker locker(&engineMutex());
+    const std::lock_guard locker(engineMutex());
     const QVariantMap result = MotorElement::geometry(objectName(), id);
     if (!result.isEmpty())
         takeSimDomain(result);
@@ -118,7 +118,7 @@ void Stator::askScriptForDomain() const
 SimDomain Stator::simDomain() const
 {
     askScriptForDomain();
-    QMutexLocker locker(&engineMutex());
+    const std::lock_guard locker(engineMutex());
     if (m_simDomainUnknown) {
         qWarning() << "Use default simDomain";
         return SimDomain{innerDiameter() * 0.5, outerDiameter() * 0.5};
@@ -129,7 +129,7 @@ SimDomain Stator::simDomain() const
 double Stator::simRadialOuterDomain() const
 {
     askScriptForDomain();
-    QMutexLocker locker(&engineMutex());
+    const std::lock_guard locker(engineMutex());
     if (!m_simDomainUnknown)
         return m_simRadialOuterDomain;
     console()->warn(tr("Use default simRadialOuterDomain"));

@@ -239,7 +239,7 @@ void StatorItem::measureSlot(const PieceList &pitchPieces, const PieceList &body
                             qDegreesToRadians(relativeDisplacement()), radius, height());
     bool changed = false;
     {
-        QMutexLocker locker(&m_areaMutex);
+        const std::lock_guard locker(m_areaMutex);
         changed = !Numeric::isZero(section.coilArea - m_slotSection.coilArea)
                   || !Numeric::isZero(section.slotArea - m_slotSection.slotArea);
         m_slotSection = section;
@@ -250,12 +250,12 @@ void StatorItem::measureSlot(const PieceList &pitchPieces, const PieceList &body
 
 double StatorItem::areaWindingCoil() const
 {
-    QMutexLocker locker(&m_areaMutex);
+    const std::lock_guard locker(m_areaMutex);
     return m_slotSection.coilArea;
 }
 
 double StatorItem::areaWindingSlot() const
 {
-    QMutexLocker locker(&m_areaMutex);
+    const std::lock_guard locker(m_areaMutex);
     return m_slotSection.slotArea;
 }

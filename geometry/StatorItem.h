@@ -47,6 +47,6 @@ private:
     // The cross-sections of coil and slot, announced when they change.
     void measureSlot(const PieceList &pitchPieces, const PieceList &body);
 
-    mutable QMutex m_areaMutex;
+    mutable std::mutex m_areaMutex;
     SlotSection m_slotSection;
 };

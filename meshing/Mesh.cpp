@@ -551,7 +551,7 @@ void Mesh::onError(QString text, const CGAL::Failure_exception *failure)
     }
     m_console->error(text);
     qCritical().noquote() << text;
-    const QMutexLocker locker(&m_errorMutex);
+    const std::lock_guard locker(m_errorMutex);
     if (m_meshErrors.testFlag(CoreMotorElement::MeshBuildFailed))
         return;
     m_meshErrors |= CoreMotorElement::MeshBuildFailed;

@@ -5,7 +5,7 @@
 #include <QVariantMap>
 #include <QVector>
 
-#include <QMutex>
+#include <mutex>
 
 #include "document/CoreMotorElement.h"
 #include "meshing/CDT.h"
@@ -173,7 +173,7 @@ private:
     CDT m_meshRadial;
     QVector<QVector<QList<PointF>>> m_windingPoints;
     // Steps of several slices may fail at once.
-    QMutex m_errorMutex;
+    std::mutex m_errorMutex;
     ScriptConsole *m_console;
     Mesh3D *m_mesh3D;
 };

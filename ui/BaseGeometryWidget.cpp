@@ -151,7 +151,7 @@ void BaseGeometryWidget::recreateUI()
 
 bool BaseGeometryWidget::callPanelFunction()
 {
-    QMutexLocker locker(&m_element->engineMutex());
+    const std::lock_guard locker(m_element->engineMutex());
     JSEngine *engine = m_element->engine();
     const QJSValue host = engine->newQObject(m_host);
     QQmlEngine::setObjectOwnership(m_host, QQmlEngine::CppOwnership);
@@ -276,7 +276,7 @@ void BaseGeometryWidget::updateUI()
 {
     if (!m_element->isScriptLoaded())
         return;
-    QMutexLocker locker(&m_element->engineMutex());
+    const std::lock_guard locker(m_element->engineMutex());
     QJSValue object = m_element->engine()->globalObject().property(m_texts.panelObject);
     if (!object.isObject())
         return;

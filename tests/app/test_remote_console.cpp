@@ -4,7 +4,7 @@
 #include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QMutex>
+#include <mutex>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtConcurrent>
@@ -25,12 +25,12 @@
 
 namespace {
 
-QMutex capturedMutex;
+std::mutex capturedMutex;
 QStringList capturedLog;
 
 void captureLog(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    QMutexLocker locker(&capturedMutex);
+    const std::lock_guard locker(capturedMutex);
     capturedLog << logLevelName(type) + QLatin1String(": ") + message;
 }
 
@@ -47,7 +47,7 @@ public:
 
     QStringList lines() const
     {
-        QMutexLocker locker(&capturedMutex);
+        const std::lock_guard locker(capturedMutex);
         return capturedLog;
     }
     int count(const QString &pattern) const { return lines().filter(QRegularExpression(pattern)).size(); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QMutex>
+#include <mutex>
 #include <QStringList>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -12,14 +12,14 @@ public:
     ShapeLog()
         : m_previous(qInstallMessageHandler(&ShapeLog::handle))
     {
-        QMutexLocker locker(&s_mutex);
+        const std::lock_guard locker(s_mutex);
         s_lines.clear();
     }
     ~ShapeLog() { qInstallMessageHandler(m_previous); }
 
     bool contains(const QString &text) const
     {
-        QMutexLocker locker(&s_mutex);
+        const std::lock_guard locker(s_mutex);
         for (const QString &line : s_lines) {
             if (line.contains(text))
                 return true;
@@ -29,18 +29,18 @@ public:
 
     QStringList lines() const
     {
-        QMutexLocker locker(&s_mutex);
+        const std::lock_guard locker(s_mutex);
         return s_lines;
     }
 
 private:
     static void handle(QtMsgType, const QMessageLogContext &, const QString &text)
     {
-        QMutexLocker locker(&s_mutex);
+        const std::lock_guard locker(s_mutex);
         s_lines << text;
     }
 
-    static inline QMutex s_mutex;
+    static inline std::mutex s_mutex;
     static inline QStringList s_lines;
     QtMessageHandler m_previous;
 };

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QMutex>
-#include <QMutexLocker>
+#include <mutex>
 #include <QStringList>
 #include <QtGlobal>
 
@@ -13,13 +12,13 @@ public:
     ~LogCatcher()
     {
         qInstallMessageHandler(m_previous);
-        QMutexLocker locker(&mutex());
+        const std::lock_guard locker(mutex());
         lines().clear();
     }
 
     bool contains(const QString &text) const
     {
-        QMutexLocker locker(&mutex());
+        const std::lock_guard locker(mutex());
         for (const QString &line : lines()) {
             if (line.contains(text))
                 return true;
@@ -33,14 +32,14 @@ private:
         static QStringList collected;
         return collected;
     }
-    static QMutex &mutex()
+    static std::mutex &mutex()
     {
-        static QMutex guard;
+        static std::mutex guard;
         return guard;
     }
     static void handle(QtMsgType, const QMessageLogContext &, const QString &message)
     {
-        QMutexLocker locker(&mutex());
+        const std::lock_guard locker(mutex());
         lines().append(message);
     }
 
