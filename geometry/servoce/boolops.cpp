@@ -48,10 +48,26 @@ void simplifyResult(BRepAlgoAPI_BuilderAlgo &algorithm)
     }
 }
 
+// Shapes are shared between threads (the copies of a body, a sector tested against every
+// piece), and the kernel by default raises tolerances inside its arguments: it must work on
+// copies of what it would change.
+void buildLeavingArguments(BRepAlgoAPI_BuilderAlgo &algorithm)
+{
+    algorithm.SetNonDestructive(true);
+    algorithm.Build();
+}
+
 template <class Algorithm>
 TopoDS_Shape binary(const TopoDS_Shape &a, const TopoDS_Shape &b, bool simplify, const char *failureText)
 {
-    Algorithm algorithm(a, b);
+    TopTools_ListOfShape arguments;
+    arguments.Append(a);
+    TopTools_ListOfShape tools;
+    tools.Append(b);
+    Algorithm algorithm;
+    algorithm.SetArguments(arguments);
+    algorithm.SetTools(tools);
+    buildLeavingArguments(algorithm);
     if (!algorithm.IsDone()) {
         reportFailure(failureText, algorithm);
         return TopoDS_Shape();
@@ -144,7 +160,7 @@ shape general_fuse(const std::vector<shape> &shapes, bool simplify)
         BRepAlgoAPI_Fuse fuse;
         fuse.SetArguments(arguments);
         fuse.SetTools(tools);
-        fuse.Build();
+        buildLeavingArguments(fuse);
         if (!fuse.IsDone()) {
             reportFailure(unionFailed, fuse);
             return shape();
@@ -168,7 +184,7 @@ shape make_fragments(const std::vector<shape> &shapes)
             return arguments.IsEmpty() ? shape() : shape(arguments.First());
         BRepAlgoAPI_BuilderAlgo builder;
         builder.SetArguments(arguments);
-        builder.Build();
+        buildLeavingArguments(builder);
         if (builder.HasErrors()) {
             reportFailure(fragmentsFailed, builder);
             return shape();
