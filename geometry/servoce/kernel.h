@@ -81,6 +81,9 @@ TopoDS_Shape difference(const TopoDS_Shape &a, const TopoDS_Shape &b, bool simpl
 // The STEP transfers of read_step and write_step; failures raise.
 TopoDS_Shape read_step_file(const std::string &path);
 void write_step_file(const TopoDS_Shape &shape, const std::string &path);
+// The shape written as STEP text in memory and read back: what the kernel makes of its
+// own exchange form. Like the other transfers, one at a time in the process.
+TopoDS_Shape through_step_text(const TopoDS_Shape &shape);
 
 // Removes the compound that booleans leave around a single result.
 TopoDS_Shape unwrap(const TopoDS_Shape &shape);

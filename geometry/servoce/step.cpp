@@ -10,6 +10,10 @@
 #include <STEPControl_Controller.hxx>
 #include <STEPControl_Reader.hxx>
 #include <STEPControl_Writer.hxx>
+#include <StepData_Protocol.hxx>
+#include <StepData_StepModel.hxx>
+#include <StepData_StepWriter.hxx>
+#include <XSControl_WorkSession.hxx>
 #include <STEPCAFControl_Writer.hxx>
 #include <Quantity_Color.hxx>
 #include <TDocStd_Document.hxx>
@@ -18,6 +22,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <functional>
+#include <sstream>
 #include <mutex>
 
 #include "base/SafeWrite.h"
@@ -42,8 +47,17 @@ void initialize()
 
 namespace detail {
 
+namespace {
+
+// The STEP transfers keep global state (their static parameters and session): two at
+// once, a build's unification beside an export, corrupt each other.
+std::mutex transferMutex;
+
+} // namespace
+
 TopoDS_Shape read_step_file(const std::string &path)
 {
+    const std::lock_guard<std::mutex> lock(transferMutex);
     initialize();
     STEPControl_Reader reader;
     if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
@@ -52,10 +66,31 @@ TopoDS_Shape read_step_file(const std::string &path)
     return reader.Shape();
 }
 
+TopoDS_Shape through_step_text(const TopoDS_Shape &shape)
+{
+    const std::lock_guard<std::mutex> lock(transferMutex);
+    initialize();
+    STEPControl_Writer writer;
+    if (writer.Transfer(shape, STEPControl_AsIs) != IFSelect_RetDone)
+        throw Standard_Failure("the shape cannot be written as STEP");
+    const Handle(StepData_StepModel) model = writer.Model();
+    StepData_StepWriter text(model);
+    text.SendModel(Handle(StepData_Protocol)::DownCast(writer.WS()->Protocol()));
+    std::stringstream stream;
+    if (!text.Print(stream))
+        throw Standard_Failure("the shape cannot be put in STEP text");
+    STEPControl_Reader reader;
+    if (reader.ReadStream("round trip", stream) != IFSelect_RetDone)
+        throw Standard_Failure("the STEP text of the shape cannot be read");
+    reader.TransferRoots();
+    return reader.Shape();
+}
+
 void write_step_file(const TopoDS_Shape &shape, const std::string &path)
 {
     if (shape.IsNull())
         throw Standard_Failure("the shape is null");
+    const std::lock_guard<std::mutex> lock(transferMutex);
     initialize();
     STEPControl_Writer writer;
     if (writer.Transfer(shape, STEPControl_AsIs) != IFSelect_RetDone)
@@ -66,6 +101,7 @@ void write_step_file(const TopoDS_Shape &shape, const std::string &path)
 
 void write_coloured_step_file(const std::vector<coloured_shape> &bodies, const std::string &path)
 {
+    const std::lock_guard<std::mutex> lock(transferMutex);
     initialize();
     Handle(TDocStd_Document) document;
     XCAFApp_Application::GetApplication()->NewDocument("MDTV-XCAF", document);

@@ -1,14 +1,11 @@
 #include "geometry/servoce/unify.h"
 
 #include <BRep_Builder.hxx>
-#include <QCoreApplication>
 #include <QDebug>
 #include <ShapeUpgrade_UnifySameDomain.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Iterator.hxx>
-#include <filesystem>
-#include <mutex>
 
 #include "geometry/servoce/guard.h"
 #include "geometry/servoce/kernel.h"
@@ -19,49 +16,21 @@ using detail::guarded;
 
 namespace {
 
-// The temporary file of the round trip is one per process.
-std::mutex unifyMutex;
-
-// The round trip leaves no file behind, whatever happens in it.
-class TemporaryFile
-{
-public:
-    TemporaryFile()
-        : m_path(std::filesystem::temp_directory_path()
-                 / (std::to_string(QCoreApplication::applicationPid()) + "_tmp.step"))
-    {
-    }
-    ~TemporaryFile()
-    {
-        std::error_code ignored;
-        std::filesystem::remove(m_path, ignored);
-    }
-    TemporaryFile(const TemporaryFile &) = delete;
-    TemporaryFile &operator=(const TemporaryFile &) = delete;
-
-    std::string path() const { return m_path.string(); }
-
-private:
-    std::filesystem::path m_path;
-};
-
-// Rebuilds the geometry from its STEP form. Where the file cannot be written
-// the shape goes on as it is: merging faces matters more than the round trip.
+// Rebuilds the geometry from its STEP form, in memory, as unification always has: what
+// it merges rests on that form. Where the round trip fails the shape goes on as it is:
+// merging faces matters more.
 TopoDS_Shape throughStep(const TopoDS_Shape &shape)
 {
-    const TemporaryFile file;
     try {
-        detail::write_step_file(shape, file.path());
+        return detail::through_step_text(shape);
     } catch (const Standard_Failure &failure) {
         qWarning().noquote() << "unify without the STEP round trip:" << detail::message_of(failure).c_str();
         return shape;
     }
-    return detail::read_step_file(file.path());
 }
 
 TopoDS_Shape unifySolid(const TopoDS_Shape &shape)
 {
-    const std::lock_guard<std::mutex> lock(unifyMutex);
     ShapeUpgrade_UnifySameDomain unifier(throughStep(detail::unwrap(shape)), true, true, false);
     unifier.Build();
     return unifier.Shape();
