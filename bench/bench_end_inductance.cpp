@@ -1,7 +1,7 @@
 #include <benchmark/benchmark.h>
 #include <cmath>
 
-#include "BenchMachines.h"
+#include "support/ScaledExample.h"
 #include "winding/EndInductance.h"
 #include "winding/WindingObject.h"
 

@@ -1,7 +1,7 @@
 #include <QSignalSpy>
 #include <benchmark/benchmark.h>
 
-#include "BenchMachines.h"
+#include "support/ScaledExample.h"
 #include "QmlScripting/ScriptObject.h"
 #include "ui/Viewer/ElementScenes.h"
 #include "ui/Viewer/GeometryViewer.h"

@@ -1,6 +1,6 @@
 #include <benchmark/benchmark.h>
 
-#include "BenchMachines.h"
+#include "support/ScaledExample.h"
 #include "meshing/Mesh.h"
 
 namespace {

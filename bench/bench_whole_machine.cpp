@@ -3,7 +3,7 @@
 #include <ctime>
 #include <memory>
 
-#include "BenchMachines.h"
+#include "support/ScaledExample.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QtMath>
+#include <algorithm>
 #include <cmath>
 
 #include "document/Document.h"
@@ -9,6 +10,7 @@
 #include "geometry/Stator.h"
 #include "materials/AbstractMaterial.h"
 #include "support/PieceMeasures.h"
+#include "support/ScaledExample.h"
 
 // The bundled examples open as the machines their names promise, built from the
 // shipped scripts: every piece that the dimensions below determine is measured.
@@ -85,4 +87,51 @@ TEST(Examples, TheDoubleRotorExampleHasAYokelessStatorBetweenTwoRotors)
     EXPECT_NEAR(volumeOf(magnets), magnet, 1e-6 * magnet);
     EXPECT_FALSE(example.pieces.ofKind(AbstractMaterial::WindingKind).isEmpty());
     EXPECT_GE(example.pieces.ofKind(AbstractMaterial::IronKind).size(), 2);
+}
+
+// The example grown to 48 slots and 40 poles, as the speed benchmarks build it with all
+// their parallel work: every piece where the dimensions put it, so that no speed-up
+// changes what is built.
+TEST(Examples, TheExampleGrownToFortyEightSlotsBuildsItsPiecesInPlace)
+{
+    const std::unique_ptr<Document> doc = scaledExample(48);
+    ASSERT_TRUE(doc);
+    const PieceList pieces = doc->pieces();
+    const double scale = 4.0;
+    const double r0 = scale * innerRadius;
+    const double r1 = scale * outerRadius;
+    const double ring = M_PI * (r1 * r1 - r0 * r0);
+
+    const PieceList iron = pieces.ofKind(AbstractMaterial::IronKind);
+    ASSERT_EQ(iron.size(), 2);
+    const double slotVolume = 48 * annulusStripArea(slotWidth / 2, r0, r1) * slotDepth;
+    const double ironVolume = ring * statorHeight - slotVolume + ring * (rotorHeight - magnetThickness);
+    EXPECT_NEAR(volumeOf(iron), ironVolume, 1e-6 * ironVolume);
+    for (const Piece &piece : iron) {
+        const servoce::point3 centre = piece.shape().center();
+        EXPECT_NEAR(std::hypot(centre.x, centre.y), 0.0, 1e-6 * r1) << "iron lies round the axis";
+    }
+
+    const PieceList magnets = pieces.ofKind(AbstractMaterial::MagnetKind);
+    ASSERT_EQ(magnets.size(), 40);
+    const double magnetVolume = magnetArcRatio * ring * magnetThickness;
+    EXPECT_NEAR(volumeOf(magnets), magnetVolume, 1e-6 * magnetVolume);
+    // Equal magnets equally spaced: their centres at one radius, one height, 9 degrees apart.
+    const servoce::point3 first = magnets.first().shape().center();
+    const double radius = std::hypot(first.x, first.y);
+    QVector<double> angles;
+    for (const Piece &magnet : magnets) {
+        const servoce::point3 centre = magnet.shape().center();
+        EXPECT_NEAR(std::hypot(centre.x, centre.y), radius, 1e-6 * radius);
+        EXPECT_NEAR(centre.z, first.z, 1e-6 * r1);
+        angles << std::fmod(qRadiansToDegrees(std::atan2(centre.y, centre.x)) + 360.0, 360.0);
+    }
+    std::sort(angles.begin(), angles.end());
+    for (int i = 1; i < angles.size(); ++i)
+        EXPECT_NEAR(angles[i] - angles[i - 1], 9.0, 1e-6);
+
+    const PieceList coils = pieces.ofKind(AbstractMaterial::WindingKind);
+    EXPECT_EQ(coils.size() % 48, 0) << "as many coil sides in every slot";
+    EXPECT_GT(volumeOf(coils), 0.5 * slotVolume);
+    EXPECT_LT(volumeOf(coils), slotVolume);
 }
