@@ -16,6 +16,7 @@
 #include "document/CommandSetPropertyObject.h"
 #include "document/Document.h"
 #include "geometry/Stator.h"
+#include "support/Instrumented.h"
 #include "support/LogCatcher.h"
 #include "winding/Winding.h"
 #include "winding/WindingObject.h"
@@ -148,7 +149,7 @@ void expectRefused(const Case &input)
     const LogCatcher log;
     const Outcome outcome = load(input.bytes, log);
     EXPECT_FALSE(outcome.loaded) << input.what;
-    EXPECT_LT(outcome.milliseconds, 5000) << input.what;
+    EXPECT_LT(outcome.milliseconds, 5000 * instrumentedSlowdown) << input.what;
     EXPECT_TRUE(outcome.fileKept) << input.what;
     EXPECT_TRUE(log.contains(QStringLiteral("Error:"))) << input.what;
     EXPECT_TRUE(log.contains(QString::fromLatin1(input.reason))) << input.what << ": the log names " << input.reason;
