@@ -138,7 +138,8 @@ TEST_F(EndturnsTest, PhaseResistanceIsRhoLengthOverAreaOfTheMeanTurn)
     // The mean turn of phase A, by hand from the paths and the slot centres.
     double turns = 0.0;
     double coilsOfA = 0;
-    for (const Winding::Endturns &coil : winding->endturns().first()) {
+    const QVector<QVector<Winding::Endturns>> endturns = winding->endturns();
+    for (const Winding::Endturns &coil : endturns.first()) {
         if (coil.phase != Winding::A)
             continue;
         turns += coil.outer.path.length() + coil.inner.path.length()
