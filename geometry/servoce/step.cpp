@@ -53,6 +53,18 @@ namespace {
 // once, a build's unification beside an export, corrupt each other.
 std::mutex transferMutex;
 
+void transfer(STEPControl_Writer &writer, const TopoDS_Shape &shape)
+{
+    if (writer.Transfer(shape, STEPControl_AsIs) != IFSelect_RetDone)
+        throw Standard_Failure("the shape cannot be written as STEP");
+}
+
+TopoDS_Shape shapeRead(STEPControl_Reader &reader)
+{
+    reader.TransferRoots();
+    return reader.Shape();
+}
+
 } // namespace
 
 TopoDS_Shape read_step_file(const std::string &path)
@@ -62,8 +74,7 @@ TopoDS_Shape read_step_file(const std::string &path)
     STEPControl_Reader reader;
     if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
         throw Standard_Failure(("cannot read the STEP file " + path).c_str());
-    reader.TransferRoots();
-    return reader.Shape();
+    return shapeRead(reader);
 }
 
 TopoDS_Shape through_step_text(const TopoDS_Shape &shape)
@@ -71,8 +82,7 @@ TopoDS_Shape through_step_text(const TopoDS_Shape &shape)
     const std::lock_guard<std::mutex> lock(transferMutex);
     initialize();
     STEPControl_Writer writer;
-    if (writer.Transfer(shape, STEPControl_AsIs) != IFSelect_RetDone)
-        throw Standard_Failure("the shape cannot be written as STEP");
+    transfer(writer, shape);
     const Handle(StepData_StepModel) model = writer.Model();
     StepData_StepWriter text(model);
     text.SendModel(Handle(StepData_Protocol)::DownCast(writer.WS()->Protocol()));
@@ -82,8 +92,7 @@ TopoDS_Shape through_step_text(const TopoDS_Shape &shape)
     STEPControl_Reader reader;
     if (reader.ReadStream("round trip", stream) != IFSelect_RetDone)
         throw Standard_Failure("the STEP text of the shape cannot be read");
-    reader.TransferRoots();
-    return reader.Shape();
+    return shapeRead(reader);
 }
 
 void write_step_file(const TopoDS_Shape &shape, const std::string &path)
@@ -93,8 +102,7 @@ void write_step_file(const TopoDS_Shape &shape, const std::string &path)
     const std::lock_guard<std::mutex> lock(transferMutex);
     initialize();
     STEPControl_Writer writer;
-    if (writer.Transfer(shape, STEPControl_AsIs) != IFSelect_RetDone)
-        throw Standard_Failure("the shape cannot be written as STEP");
+    transfer(writer, shape);
     if (writer.Write(path.c_str()) != IFSelect_RetDone)
         throw Standard_Failure(("cannot write the STEP file " + path).c_str());
 }
