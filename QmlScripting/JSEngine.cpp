@@ -11,6 +11,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QEvent>
 #include <QMetaEnum>
 #include <mutex>
 #include <QVector>
@@ -50,6 +51,14 @@ JSEngine::JSEngine(QObject *motor, QObject *parent)
     : JSEngine(parent)
 {
     installObject(QStringLiteral("motor"), motor);
+}
+
+bool JSEngine::event(QEvent *event)
+{
+    if (event->type() != QEvent::MetaCall || !m_lock)
+        return QQmlEngine::event(event);
+    const std::lock_guard locker(*m_lock);
+    return QQmlEngine::event(event);
 }
 
 QString JSEngine::errorString(const QJSValue &error)

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <exception>
+#include <mutex>
 
 class ScriptModules;
 
@@ -35,6 +36,11 @@ public:
     // so that neither the collector nor the end of the engine deletes it.
     void installObject(const QString &name, QObject *object);
 
+    // The lock that the owner holds whenever it calls into the engine, from any
+    // thread. A script value destroyed on a thread other than the engine's is freed
+    // later on the engine's thread, from its event queue: under that lock too.
+    void shareLock(std::recursive_mutex &lock) { m_lock = &lock; }
+
     // include and require, whose folder state outlives a single call.
     ScriptModules *modules() const { return m_modules; }
 
@@ -59,10 +65,14 @@ signals:
     void fileIncluded(const QString &path);
     void fileRequired(const QString &path);
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     void installEnumerations();
     void installModules();
     void reportException(const QString &method, const QString &what);
 
     ScriptModules *m_modules;
+    std::recursive_mutex *m_lock = nullptr;
 };

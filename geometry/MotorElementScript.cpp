@@ -80,6 +80,8 @@ bool MotorElement::readScript(const QString &path)
 
 bool MotorElement::evaluateScript(const QString &path)
 {
+    // A body may be running the old engine's script on a worker.
+    const std::lock_guard locker(m_engineMutex);
     const QString name = capitalized(objectName());
     m_scriptObject->setScriptObject(QJSValue(QJSValue::UndefinedValue), nullptr);
     m_watcher->removePaths(m_scriptFiles);
@@ -129,6 +131,8 @@ void MotorElement::resetEngine()
 {
     m_scriptFiles.clear();
     m_engine = std::make_unique<JSEngine>(document(), nullptr);
+    // The bodies call the script on workers while the views keep the main thread busy.
+    m_engine->shareLock(m_engineMutex);
     connect(m_engine.get(), &QQmlEngine::warnings, this, &MotorElement::engineException);
     connect(m_engine.get(), &JSEngine::fileIncluded, this, &MotorElement::trackScriptFile);
     connect(m_engine.get(), &JSEngine::fileRequired, this, &MotorElement::trackScriptFile);

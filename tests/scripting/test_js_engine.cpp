@@ -11,7 +11,12 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -139,6 +144,31 @@ TEST(JSEngineTest, ProgramObjectsOutliveTheEngineAndItsCollector)
     ASSERT_FALSE(console.isNull());
     delete motor;
     delete console;
+}
+
+// A script value that a worker lets go is freed later on the engine's thread; that
+// free must wait for whoever holds the owner's lock, as a script on a worker does.
+TEST(JSEngineTest, ValuesLetGoOnAWorkerAreFreedUnderTheSharedLock)
+{
+    JSEngine engine;
+    std::recursive_mutex lock;
+    engine.shareLock(lock);
+    auto *value = new QJSValue(engine.newObject());
+    std::thread([value] { delete value; }).join();
+
+    std::promise<void> locked;
+    std::atomic<bool> released{false};
+    std::thread holder([&] {
+        const std::lock_guard locker(lock);
+        locked.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        released = true;
+    });
+    locked.get_future().wait();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(released) << "the free ran beside the holder of the lock";
+    holder.join();
+    engine.collectGarbage();
 }
 
 TEST(JSEngineTest, ErrorStringIsOneLineWithTheScriptsPath)
