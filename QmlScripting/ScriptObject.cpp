@@ -15,8 +15,14 @@ ScriptObject::ScriptObject(const QString &name, QObject *parent)
     setObjectName(QStringLiteral("script") + capitalised);
 }
 
+std::unique_lock<std::recursive_mutex> ScriptObject::lockScript() const
+{
+    return m_lock ? std::unique_lock(*m_lock) : std::unique_lock<std::recursive_mutex>();
+}
+
 void ScriptObject::setScriptObject(const QJSValue &object, QJSEngine *engine)
 {
+    const auto locker = lockScript();
     m_enabled = false;
     m_scriptObject = object;
     m_engine = engine;
@@ -33,6 +39,7 @@ void ScriptObject::setScriptObject(const QJSValue &object, QJSEngine *engine)
 
 QVariantMap ScriptObject::properties() const
 {
+    const auto locker = lockScript();
     QVariantMap map;
     const QList<QByteArray> names = dynamicPropertyNames();
     for (const QByteArray &name : names) {
@@ -60,6 +67,7 @@ void ScriptObject::setProperties(const QVariantMap &map)
 
 QVariantMap ScriptObject::scriptProperties() const
 {
+    const auto locker = lockScript();
     if (!m_scriptObject.isObject())
         return {};
     // Functions such as update are the script's behaviour, not its variables.
@@ -75,6 +83,7 @@ QVariantMap ScriptObject::scriptProperties() const
 
 QVariant ScriptObject::scriptProperty(const QString &name) const
 {
+    const auto locker = lockScript();
     if (!m_scriptObject.isObject()) {
         qCritical("m_scriptObject is not object");
         return {};
@@ -87,13 +96,21 @@ QVariant ScriptObject::scriptProperty(const QString &name) const
 
 void ScriptObject::setScriptProperty(const QString &name, const QVariant &value)
 {
+    // Announced outside the lock: a listener may wait for a body whose script holds it.
+    if (passToScript(name, value))
+        emit variableChanged(name, value);
+}
+
+bool ScriptObject::passToScript(const QString &name, const QVariant &value)
+{
+    const auto locker = lockScript();
     if (!m_scriptObject.isObject()) {
         qCritical("m_scriptObject is not object");
-        return;
+        return false;
     }
     if (!value.isValid()) {
         qCritical("%s.%s is invalid", qUtf8Printable(objectName()), qUtf8Printable(name));
-        return;
+        return false;
     }
     qInfo("setScriptProperty: %s.%s = %s", qUtf8Printable(objectName()), qUtf8Printable(name),
           qUtf8Printable(value.toString()));
@@ -109,7 +126,7 @@ void ScriptObject::setScriptProperty(const QString &name, const QVariant &value)
     }
     // Also when the script already held the value: a change that began in the
     // script reaches the listeners this way.
-    emit variableChanged(name, value);
+    return true;
 }
 
 bool ScriptObject::event(QEvent *event)

@@ -6,6 +6,8 @@
 #include <QVariant>
 #include <QVariantMap>
 
+#include <mutex>
+
 class QJSEngine;
 
 // Mirrors the top-level variables of one script object as dynamic Qt properties,
@@ -25,6 +27,10 @@ public:
     // neither writes back to the script nor emits variableChanged.
     void setScriptObject(const QJSValue &object, QJSEngine *engine);
 
+    // The lock of whoever runs the script on other threads; every touch of the
+    // script's values takes it, since the script heap serves one thread at a time.
+    void shareLock(std::recursive_mutex &lock) { m_lock = &lock; }
+
     QVariantMap properties() const;
     void setProperties(const QVariantMap &map);
 
@@ -39,6 +45,11 @@ protected:
     bool event(QEvent *event) override;
 
 private:
+    std::unique_lock<std::recursive_mutex> lockScript() const;
+    // Passes the value to the script; whether it is worth announcing.
+    bool passToScript(const QString &name, const QVariant &value);
+
+    std::recursive_mutex *m_lock = nullptr;
     QJSValue m_scriptObject;
     QJSEngine *m_engine = nullptr;
     // Off until a script object is bound and while binding: nothing to pass on.

@@ -19,6 +19,7 @@ MotorElement::MotorElement(ScriptConsole::Scope scope, const QString &name, int 
     , m_countItems(countItems)
 {
     setObjectName(name);
+    m_scriptObject->shareLock(m_engineMutex);
     connect(m_scriptObject, &ScriptObject::variableChanged, this, &MotorElement::variableChanged);
     connect(m_watcher, &FileWatcher::fileChanged, this, &MotorElement::scriptFileChanged);
 }

@@ -6,6 +6,12 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
+#include <future>
+#include <mutex>
+#include <thread>
+
 namespace {
 
 QStringList dynamicNames(const QObject &object)
@@ -154,6 +160,44 @@ TEST(ScriptObjectTest, WithoutAScriptObjectNothingIsAnnounced)
     EXPECT_EQ(object.property("b").toInt(), 2);
     EXPECT_FALSE(object.scriptProperty(QStringLiteral("b")).isValid());
     EXPECT_EQ(spy.count(), 0);
+}
+
+// A body runs the script on a worker under its element's lock: the mirror waits for
+// that lock to touch the script, and lets it go before announcing a change, since a
+// listener may wait for the body.
+TEST(ScriptObjectTest, ScriptValuesAreTouchedUnderTheSharedLockAndAnnouncedOutsideIt)
+{
+    Bound bound(QStringLiteral("({a: 1})"));
+    std::recursive_mutex lock;
+    bound.object.shareLock(lock);
+    const auto lockFreeOnAnotherThread = [&lock] {
+        return std::async(std::launch::async, [&lock] {
+            const bool free = lock.try_lock();
+            if (free)
+                lock.unlock();
+            return free;
+        }).get();
+    };
+    bool freeWhenAnnounced = false;
+    QObject::connect(&bound.object, &ScriptObject::variableChanged,
+                     [&] { freeWhenAnnounced = lockFreeOnAnotherThread(); });
+
+    std::promise<void> locked;
+    std::atomic<bool> released{false};
+    std::thread holder([&] {
+        const std::lock_guard locker(lock);
+        locked.set_value();
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        released = true;
+    });
+    locked.get_future().wait();
+    bound.object.setProperty("a", 2);
+    EXPECT_TRUE(released) << "the script was written beside the holder of the lock";
+    holder.join();
+
+    EXPECT_EQ(bound.read(QStringLiteral("a")).toInt(), 2);
+    ASSERT_EQ(bound.spy.count(), 1);
+    EXPECT_TRUE(freeWhenAnnounced) << "the change was announced while the lock was held";
 }
 
 TEST(ConfigObjectTest, LayoutReverseReadsTheFlagOfTheNextNumber)
