@@ -5,9 +5,11 @@ namespace solver {
 class FieldSolution;
 
 // A recovery-based estimate of how far first-order elements stand from the exact field,
-// per metre of depth: the flux density is averaged at the nodes, within each region
-// since B jumps between materials, and the linear field through those averages stands
-// in for the exact one.
+// per metre of depth: the flux density is averaged at the nodes, and the linear field
+// through those averages stands in for the exact one. B jumps between materials and
+// between magnets, so the averages keep to regions of one material without magnets (air,
+// coils and the moving band are one) or to one magnet. A node on a seam is one node
+// with its partner across it, whose field is the sign of the seam times its own.
 struct DiscretisationError
 {
     // The integral of nu |B* - Bh|^2, B* the recovered field.

@@ -43,10 +43,11 @@ DofMap::DofMap(const Problem &problem)
             links[static_cast<std::size_t>(smallest)].master = -1;
         }
     }
-    std::vector<int> root(count);
+    m_root.resize(count);
     m_sign.assign(count, 1.0);
     for (std::size_t node = 0; node < count; ++node)
-        root[node] = follow(static_cast<int>(node), &m_sign[node]);
+        m_root[node] = follow(static_cast<int>(node), &m_sign[node]);
+    const std::vector<int> &root = m_root;
 
     // A root is known when any node that follows it is fixed (A = sign A_root) or when
     // no triangle uses it: such a node would make the matrix singular.

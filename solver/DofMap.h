@@ -19,6 +19,8 @@ public:
     // The unknown of a node, or -1 for a known potential.
     int dof(int node) const { return m_dof[static_cast<std::size_t>(node)]; }
     double sign(int node) const { return m_sign[static_cast<std::size_t>(node)]; }
+    // The node at the end of a node's chain of seam pairs: itself when it follows none.
+    int root(int node) const { return m_root[static_cast<std::size_t>(node)]; }
 
     double potential(int node, const Eigen::VectorXd &unknowns) const;
     Eigen::VectorXd nodePotentials(const Eigen::VectorXd &unknowns) const;
@@ -27,6 +29,7 @@ public:
     Eigen::VectorXd unknowns(const Eigen::VectorXd &nodePotentials) const;
 
 private:
+    std::vector<int> m_root;
     std::vector<int> m_dof;
     std::vector<double> m_sign;
     std::vector<double> m_known;

@@ -118,3 +118,65 @@ TEST(DiscretisationError, FallsWithTheSizeOfTheElementsAsTheTrueErrorDoes)
     EXPECT_NEAR(percents[1] / percents[2], 2.0, 0.05);
     EXPECT_GT(percents[2], 0.0);
 }
+
+namespace {
+
+// A strip of air over a number of periods of A = a cos(kx) e^(ky), harmonic, with its
+// far edge tied to its near one and its top and bottom held at the field's values.
+struct PeriodicStrip
+{
+    static constexpr double period = 0.02;
+    static constexpr double height = 0.005;
+
+    Problem problem;
+
+    PeriodicStrip(double periods, double seamSign)
+    {
+        const GridMesh grid(GridMesh::lines({0.0, periods * period}, {int(std::lround(16 * periods))}),
+                            GridMesh::lines({0.0, height}, {6}));
+        problem.mesh = grid.mesh([](const Eigen::Vector2d &) { return 0; });
+        problem.regions = {Region{}};
+        problem.pairs = grid.seam(seamSign);
+        const auto potential = [](const Eigen::Vector2d &p) {
+            const double k = 2.0 * M_PI / period;
+            return 1e-3 * std::cos(k * p.x()) * std::exp(k * p.y());
+        };
+        fix(problem, grid.rowNodes(0), potential);
+        fix(problem, grid.rowNodes(grid.rows() - 1), potential);
+    }
+};
+
+} // namespace
+
+// Where the model is cut, at a seam or between regions of one material such as the air
+// gap's rows and the moving band, the field goes on: its average at a node there takes
+// in both sides, or the cut would count as error.
+TEST(DiscretisationError, SeamsAndRegionsOfOneMaterialAddNoError)
+{
+    const PeriodicStrip half(0.5, -1.0);
+    const PeriodicStrip one(1.0, 1.0);
+    const PeriodicStrip two(2.0, 1.0);
+    const DiscretisationError halfError = discretisationError(solvedLinear(half.problem));
+    const DiscretisationError oneError = discretisationError(solvedLinear(one.problem));
+    const DiscretisationError twoError = discretisationError(solvedLinear(two.problem));
+    ASSERT_GT(oneError.error, 0.0);
+    EXPECT_NEAR(twoError.error / oneError.error, 2.0, 1e-9) << "the seam of one period is an inner line of two";
+    EXPECT_NEAR(oneError.error / halfError.error, 2.0, 1e-9) << "an antiperiodic seam";
+    EXPECT_NEAR(halfError.percent(), twoError.percent(), 1e-9 * twoError.percent());
+
+    const SaddleField whole(16);
+    SaddleField split(16);
+    // The upper half a region of its own, of air too.
+    split.problem.regions = {Region{}, Region{}};
+    const TriangleMesh &mesh = split.problem.mesh;
+    for (Triangle &triangle : split.problem.mesh.triangles) {
+        const double centroidY = (mesh.nodes[std::size_t(triangle.nodes[0])].y() + mesh.nodes[std::size_t(triangle.nodes[1])].y()
+                                  + mesh.nodes[std::size_t(triangle.nodes[2])].y()) / 3.0;
+        if (centroidY > 0.5 * SaddleField::side)
+            triangle.region = 1;
+    }
+    const FieldSolution wholeFields = solvedLinear(whole.problem);
+    const FieldSolution splitFields = solvedLinear(split.problem);
+    EXPECT_NEAR(discretisationError(splitFields).error, discretisationError(wholeFields).error,
+                1e-9 * discretisationError(wholeFields).error);
+}
