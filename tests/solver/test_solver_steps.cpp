@@ -440,6 +440,67 @@ TEST_F(ExampleSteps, ReluctanceTorqueFollowsTheApparentInductances)
               << reluctance << " (Ld " << number("Ld") << " H, Lq " << number("Lq") << " H)\n";
 }
 
+// The field against the magnets, element by element. Without current its peak lies on
+// a magnet's surface, where the teeth and the neighbouring poles draw flux, below the
+// Br/(mu0 mu_r) that only a magnet shorted by its opposite reaches. Current on the
+// negative d axis opposes the magnets: their mean field against the magnetisation rises,
+// and falls with current on the positive d axis.
+TEST_F(ExampleSteps, FieldAgainstTheMagnetsPeaksOnTheirSurfaceAndFollowsTheDAxisCurrent)
+{
+    ASSERT_TRUE(assembledOk);
+    const ExchangeData data = exchange();
+    const MachineData machine = readMachine(data, false);
+    const std::vector<SliceModel> slices = readSlices(data, machine);
+    const auto run = [&](double current, double advanceAngle) {
+        RunSettings settings;
+        settings.advanceAngle = advanceAngle;
+        settings.currentMethod = QStringLiteral("RMS phase current");
+        settings.current = current;
+        auto stepping = std::make_unique<TimeStepping>(slices, machine, settings);
+        stepping->run([](const QString &) {});
+        return stepping;
+    };
+    // Over all magnet elements of all slices, by area.
+    const auto meanField = [&](const TimeStepping &stepping) {
+        double weighted = 0.0;
+        double area = 0.0;
+        for (std::size_t s = 0; s < slices.size(); ++s) {
+            const std::vector<double> &field = stepping.positions().front().demagnetisingField[s];
+            for (std::size_t k = 0; k < field.size(); ++k) {
+                const solver::ElementShape shape(slices[s].base.mesh, slices[s].base.mesh.triangles[std::size_t(slices[s].magnetElements[k])]);
+                weighted += shape.area() * field[k];
+                area += shape.area();
+            }
+        }
+        return weighted / area;
+    };
+
+    const std::unique_ptr<TimeStepping> noLoad = run(0.0, 0.0);
+    for (std::size_t s = 0; s < slices.size(); ++s) {
+        const solver::Problem &problem = slices[s].base;
+        const std::vector<double> &field = noLoad->positions().front().demagnetisingField[s];
+        ASSERT_EQ(field.size(), slices[s].magnetElements.size());
+        const auto peak = std::size_t(std::max_element(field.begin(), field.end()) - field.begin());
+        const solver::Triangle &element = problem.mesh.triangles[std::size_t(slices[s].magnetElements[peak])];
+        std::vector<bool> inMagnet(problem.mesh.triangles.size(), false);
+        for (const int e : slices[s].magnetElements)
+            inMagnet[std::size_t(e)] = true;
+        bool onSurface = false;
+        for (std::size_t t = 0; t < problem.mesh.triangles.size(); ++t) {
+            for (const int node : problem.mesh.triangles[t].nodes)
+                onSurface = onSurface || (!inMagnet[t] && std::count(element.nodes.begin(), element.nodes.end(), node) > 0);
+        }
+        EXPECT_TRUE(onSurface) << "slice " << s;
+        const double remanence = problem.remanence[std::size_t(slices[s].magnetElements[peak])].norm();
+        const double muR = problem.regions[std::size_t(element.region)].relativePermeability;
+        EXPECT_LT(field[peak], remanence / (solver::mu0 * muR)) << "slice " << s;
+        EXPECT_GT(field[peak], 0.3 * remanence / (solver::mu0 * muR)) << "slice " << s;
+    }
+    const double unloaded = meanField(*noLoad);
+    EXPECT_GT(meanField(*run(20.0, 90.0)), 1.02 * unloaded) << "current on the negative d axis";
+    EXPECT_LT(meanField(*run(20.0, -90.0)), 0.98 * unloaded) << "current on the positive d axis";
+}
+
 TEST_F(ExampleSteps, IronWithoutLossDataLeavesTheIronLossesOutAndNamesIt)
 {
     ASSERT_TRUE(assembledOk);
