@@ -1,4 +1,5 @@
 #include "QmlScripting/JSEngine.h"
+#include "LockHeldElsewhere.h"
 #include "QtPrinters.h"
 #include "base/ScriptConsole.h"
 
@@ -11,9 +12,6 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
-#include <future>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
@@ -156,18 +154,11 @@ TEST(JSEngineTest, ValuesLetGoOnAWorkerAreFreedUnderTheSharedLock)
     auto *value = new QJSValue(engine.newObject());
     std::thread([value] { delete value; }).join();
 
-    std::promise<void> locked;
-    std::atomic<bool> released{false};
-    std::thread holder([&] {
-        const std::lock_guard locker(lock);
-        locked.set_value();
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        released = true;
-    });
-    locked.get_future().wait();
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(released) << "the free ran beside the holder of the lock";
-    holder.join();
+    {
+        const LockHeldElsewhere holder(lock);
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(holder.released()) << "the free ran beside the holder of the lock";
+    }
     engine.collectGarbage();
 }
 

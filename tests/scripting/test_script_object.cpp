@@ -1,16 +1,14 @@
 #include "QmlScripting/ConfigObject.h"
 #include "QmlScripting/ScriptObject.h"
+#include "LockHeldElsewhere.h"
 #include "QtPrinters.h"
 
 #include <QJSEngine>
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
 #include <future>
 #include <mutex>
-#include <thread>
 
 namespace {
 
@@ -182,18 +180,11 @@ TEST(ScriptObjectTest, ScriptValuesAreTouchedUnderTheSharedLockAndAnnouncedOutsi
     QObject::connect(&bound.object, &ScriptObject::variableChanged,
                      [&] { freeWhenAnnounced = lockFreeOnAnotherThread(); });
 
-    std::promise<void> locked;
-    std::atomic<bool> released{false};
-    std::thread holder([&] {
-        const std::lock_guard locker(lock);
-        locked.set_value();
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        released = true;
-    });
-    locked.get_future().wait();
-    bound.object.setProperty("a", 2);
-    EXPECT_TRUE(released) << "the script was written beside the holder of the lock";
-    holder.join();
+    {
+        const LockHeldElsewhere holder(lock);
+        bound.object.setProperty("a", 2);
+        EXPECT_TRUE(holder.released()) << "the script was written beside the holder of the lock";
+    }
 
     EXPECT_EQ(bound.read(QStringLiteral("a")).toInt(), 2);
     ASSERT_EQ(bound.spy.count(), 1);
