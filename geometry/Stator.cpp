@@ -165,6 +165,8 @@ MotorItem::ID Stator::itemIdOnAirgap(int index) const
     return MotorItem::ID(itemsOfAirgaps[document()->machineType()][index - 1]);
 }
 
+// The rotor's scripts may read the simulation domain, which is the stator's: a stator
+// change rebuilds the rotor too.
 void Stator::clearDependentPieces()
 {
     document()->rotor()->clearCashPieces();
