@@ -27,6 +27,53 @@ bool isCountedContainer(int typeId)
 
 QDataStream &readValue(QDataStream &in, QVariant &value, int depth);
 
+// Qt's own types that a design's values may hold. Qt's readers of its other types
+// (easing curves, regions, images, fonts, binary JSON and the like) trust the counts
+// and sizes inside them.
+bool isPlainQtType(int typeId)
+{
+    switch (typeId) {
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Double:
+    case QMetaType::Float:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+    case QMetaType::QChar:
+    case QMetaType::QString:
+    case QMetaType::QByteArray:
+    case QMetaType::QStringList:
+    case QMetaType::QVariantList:
+    case QMetaType::QVariantMap:
+    case QMetaType::QVariantHash:
+    case QMetaType::QDate:
+    case QMetaType::QTime:
+    case QMetaType::QDateTime:
+    case QMetaType::QUrl:
+    case QMetaType::QUuid:
+    case QMetaType::QPoint:
+    case QMetaType::QPointF:
+    case QMetaType::QSize:
+    case QMetaType::QSizeF:
+    case QMetaType::QRect:
+    case QMetaType::QRectF:
+    case QMetaType::QLine:
+    case QMetaType::QLineF:
+    case QMetaType::QColor:
+        return true;
+    default:
+        return false;
+    }
+}
+
 // Whether a stored enumerator is one of its enumeration's, where the enumeration is
 // known to the meta-object system; flags take any combination.
 bool isEnumerator(int typeId, qint32 stored)
@@ -121,6 +168,9 @@ QDataStream &readValue(QDataStream &in, QVariant &value, int depth)
                                     : typeId != QMetaType::UnknownType && !QMetaType::isRegistered(int(typeId));
     if (unknown)
         refuse(in);
+    else if (!isUserType && typeId != QMetaType::UnknownType && !isPlainQtType(int(typeId)))
+        refuse(in, QStringLiteral("a value of type %1 has no place in a design")
+                       .arg(QString::fromLatin1(QMetaType::typeName(int(typeId)))));
     if (in.status() != QDataStream::Ok)
         return in;
 

@@ -243,6 +243,29 @@ TEST(ReaderCorpus, UndoHistoryTakesNeitherDeepNestingNorValuesThatWouldHang)
     EXPECT_TRUE(log.contains(QStringLiteral("numberSlots = 100000")));
 }
 
+// Found by fuzz_undo_history: a value stored as an easing curve, whose custom bezier
+// points Qt's reader allocates by a count it trusts.
+TEST(ReaderCorpus, ValuesOfQtTypesNoDesignHoldsAreRefused)
+{
+    Document doc(nullptr);
+    doc.start();
+    QJsonObject json{{"type", "CommandSetPropertyObject"},
+                     {"object", "airgap1"},
+                     {"nameProp", "thickness"},
+                     {"prevValue", QString::fromLatin1(streamed(QVariant(1.0)).toBase64())},
+                     {"newValue", QStringLiteral("AAAAHYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYYY"
+                                                 "YYYYYYYYYYYYYYYYHHHHHHHHUndoCom\x07")}};
+    UndoCommand *command = CommandSetPropertyObject::fromJson(json, &doc, nullptr);
+    ASSERT_NE(command, nullptr) << "a value that can't be read is dropped, the command kept";
+    EXPECT_FALSE(static_cast<CommandSetPropertyObject *>(command)->newValue().isValid());
+    delete command;
+
+    expectRefused({"an easing curve among the configuration values",
+                   withConfigValue(QStringLiteral("statorNumberSlots"),
+                                   variantHead(QMetaType::QEasingCurve) + QByteArray(64, '\x86')),
+                   "has no place in a design"});
+}
+
 TEST(ReaderCorpus, EnumeratorsOutsideTheirEnumerationsAreRefused)
 {
     // Magic, version, then the machine type.
