@@ -39,8 +39,8 @@ double readLength(QDataStream &in)
 {
     double value = 0.0;
     in >> value;
-    // What is no number stays so, for the check of the block to find.
-    return std::isfinite(value) ? roundLength(value) : value;
+    // What is no length stays as it is, for the check of the block to find.
+    return roundLength(value);
 }
 
 template <typename Items>

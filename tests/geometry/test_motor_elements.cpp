@@ -1,8 +1,11 @@
 #include <QSignalSpy>
+#include <cmath>
+#include <limits>
 #include <gtest/gtest.h>
 
 #include "document/Airgap.h"
 #include "document/Document.h"
+#include "geometry/DesignChange.h"
 #include "geometry/Rotor.h"
 #include "geometry/Stator.h"
 #include "winding/WindingObject.h"
@@ -66,6 +69,19 @@ TEST(Stator, DiametersAreRoundedAndEqualValuesAreNoChange)
     EXPECT_DOUBLE_EQ(outerSpy.at(0).at(0).toDouble(), 250.12346);
     EXPECT_EQ(changedSpy.count(), 1);
     EXPECT_TRUE(doc.isGeometryModified());
+}
+
+// A damaged file may hold lengths without a fifth decimal: beyond an integer's range,
+// infinite or undefined. They pass as they are (found by fuzzing the document reader).
+TEST(Lengths, KeepFiveDecimalsAndPassOverWhatHasNone)
+{
+    EXPECT_DOUBLE_EQ(roundLength(250.123456), 250.12346);
+    EXPECT_DOUBLE_EQ(roundLength(-250.123454), -250.12345);
+    EXPECT_DOUBLE_EQ(roundLength(-0.000004), 0.0);
+    for (const double value : {5.30446e125, -1e20, std::numeric_limits<double>::infinity(),
+                               -std::numeric_limits<double>::infinity()})
+        EXPECT_EQ(roundLength(value), value);
+    EXPECT_TRUE(std::isnan(roundLength(std::numeric_limits<double>::quiet_NaN())));
 }
 
 TEST(Stator, RadiusWritesTheDiameter)
