@@ -68,7 +68,9 @@ for target in "${TARGETS[@]}"; do
   asan_options=""
   [ "$target" = fuzz_mat_file ] && asan_options="allocator_may_return_null=1:"
   run() {
+    # Undefined behaviour ends the run as a crash would, so that it leaves its input.
     (cd "$BUILD_DIR/fuzz" && QT_QPA_PLATFORM=offscreen LSAN_OPTIONS="suppressions=$ROOT/fuzz/lsan.supp" \
+        UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
         ASAN_OPTIONS="$asan_options$1" "./$target" -timeout="$timeout" -rss_limit_mb=4096 \
         -artifact_prefix="$findings/" "${@:2}" "$corpus")
   }
