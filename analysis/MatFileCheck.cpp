@@ -20,6 +20,8 @@ const int tagSize = 8;
 const int maxNesting = 32;
 
 const quint32 miInt8 = 1;
+const quint32 miInt32 = 5;
+const quint32 miUInt32 = 6;
 const quint32 miMatrix = 14;
 const quint32 miCompressed = 15;
 // Far beyond the largest exchange file of a real design, inflated.
@@ -111,9 +113,16 @@ QString checkArray(const Bytes &bytes, qint64 at, qint64 end, int depth)
     Element flags;
     Element dims;
     Element name;
-    if (!readElement(bytes, at, end, flags) || flags.size < 8 || !readElement(bytes, flags.next, end, dims)
+    if (!readElement(bytes, at, end, flags) || !readElement(bytes, flags.next, end, dims)
         || !readElement(bytes, dims.next, end, name))
         return QStringLiteral("the head of an array is damaged");
+    // libmatio takes the flags as two words and the dimensions as one word each, padded
+    // to eight bytes, wherever their tags say otherwise: it would read what follows out
+    // of step, as dimensions of any size.
+    if (flags.type != miUInt32 || flags.size != 8)
+        return QStringLiteral("the flags of an array are damaged");
+    if (dims.type != miInt32 || dims.size < 8 || dims.size % 4 != 0)
+        return QStringLiteral("the dimensions of an array are damaged");
     const quint32 arrayClass = bytes.word(flags.data) & 0xFF;
     quint64 count = 1;
     for (qint64 d = dims.data; d + 4 <= dims.data + dims.size; d += 4)

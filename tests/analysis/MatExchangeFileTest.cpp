@@ -159,6 +159,17 @@ TEST(MatExchangeFile, FilesThatAreNoLevel5FileOrDeclareMoreThanTheyHoldAreRefuse
                                  + QByteArray(8, '\0');
     const QByteArray uncountedField = arrayHead + packed(miInt32, littleEndian(0x140000)) + tag(miInt8, 16)
                                     + QByteArray(16, 'f') + tag(miMatrix, quint32(manyNumbers.size())) + manyNumbers;
+    // A cell in a struct whose flags claim three words more than libmatio reads: it
+    // would take the first two as dimensions and allocate 16 GB for 2·10⁹ arrays.
+    const QByteArray wideFlagsCell = tag(miUInt32, 24) + littleEndian(cellClass) + littleEndian(0) + tag(miInt32, 8)
+                                   + littleEndian(0x28010000) + littleEndian(3) + tag(miInt32, 8) + littleEndian(1)
+                                   + littleEndian(1) + tag(miInt8, 0);
+    const QByteArray oneFieldStruct = arrayHead + packed(miInt32, littleEndian(4)) + tag(miInt8, 8)
+                                    + QByteArray("a").leftJustified(8, '\0');
+    const QByteArray wideFlags = oneFieldStruct + tag(miMatrix, quint32(wideFlagsCell.size())) + wideFlagsCell;
+    const QByteArray emptyDimsCell = tag(miUInt32, 8) + littleEndian(cellClass) + littleEndian(0) + tag(miInt8, 0)
+                                   + tag(miInt8, 0);
+    const QByteArray emptyDims = oneFieldStruct + tag(miMatrix, quint32(emptyDimsCell.size())) + emptyDimsCell;
     const quint32 charClass = 4;
     const quint32 miUtf8 = 16;
     const QByteArray hugeText = tag(miUInt32, 8) + littleEndian(charClass) + littleEndian(0) + tag(miInt32, 8)
@@ -181,6 +192,10 @@ TEST(MatExchangeFile, FilesThatAreNoLevel5FileOrDeclareMoreThanTheyHoldAreRefuse
         {"ten million numbers in a field that the struct's names don't count",
          header() + tag(miMatrix, quint32(uncountedField.size())) + uncountedField,
          "an array declares 10485761 elements in 16 bytes"},
+        {"a field whose flags are wider than two words", header() + tag(miMatrix, quint32(wideFlags.size())) + wideFlags,
+         "the flags of an array are damaged"},
+        {"a field whose dimensions are empty", header() + tag(miMatrix, quint32(emptyDims.size())) + emptyDims,
+         "the dimensions of an array are damaged"},
         {"a text whose letters declare a gigabyte", header() + tag(miMatrix, quint32(hugeText.size())) + hugeText,
          "the values of an array declare more bytes than the array has"},
         {"a compressed cell of a thousand million arrays",
