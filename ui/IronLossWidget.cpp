@@ -6,6 +6,7 @@
 #include <cmath>
 #include <qcustomplot.h>
 
+#include "base/Numeric.h"
 #include "materials/Steinmetz.h"
 
 namespace {
@@ -64,7 +65,7 @@ IronLossWidget::IronLossWidget(const MaterialIronDescribe &material, QWidget *pa
     plot()->xAxis->setLabel(tr("Peak magnetic flux density, %1").arg(material.unitFluxDensity));
     plot()->yAxis->setLabel(tr("Iron loss, %1").arg(material.unitLoss));
 
-    if (std::abs(material.alfa) > 1e-7)
+    if (std::abs(material.alfa) > Numeric::zeroTolerance)
         plotFileCoefficients(material);
     else
         plotMeasured(material);
@@ -139,7 +140,7 @@ void IronLossWidget::plotFileCoefficients(const MaterialIronDescribe &material)
 bool IronLossWidget::acceptsFluxDensities(const QVector<double> &fluxDensity, const QString &repeatedMessage)
 {
     for (int i = 1; i < fluxDensity.size(); ++i) {
-        if (std::abs(fluxDensity.at(i) - fluxDensity.at(i - 1)) <= 1e-7) {
+        if (std::abs(fluxDensity.at(i) - fluxDensity.at(i - 1)) <= Numeric::zeroTolerance) {
             m_errors << repeatedMessage.arg(fluxDensity.at(i - 1));
             return false;
         }

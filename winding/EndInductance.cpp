@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/Numeric.h"
 #include "base/ScriptConsole.h"
 #include "base/Tbb.h"
 
@@ -88,7 +89,7 @@ std::optional<double> signedDistance(const Vector3D &point, const Vector3D &foot
 
 double logTerm(double s, double l, double k)
 {
-    if (std::abs(s - l) <= 1e-7)
+    if (std::abs(s - l) <= Numeric::zeroTolerance)
         return 0.0;
     return k * std::log((s + l) / (s - l));
 }
@@ -144,7 +145,7 @@ double sameSideSum(const EndWire &first, const EndWire &second, double wireRadiu
         const Vector3D a = metres(piece.begin);
         const Vector3D b = metres(piece.end);
         const double length = (b - a).length();
-        if (length <= 1e-7) {
+        if (length <= Numeric::zeroTolerance) {
             qCritical() << "(b - a).length() is epsilon" << a << b;
             return 0.0;
         }
@@ -225,9 +226,9 @@ double evalNeumann(Vector3D a, Vector3D b, Vector3D A, Vector3D B)
     // Parallel lines have no common perpendicular: shift one end a little off the line.
     if (isNearlyParallel(e)) {
         double d = (B - a).length();
-        if (d <= 1e-7)
+        if (d <= Numeric::zeroTolerance)
             d = (b - A).length();
-        if (d <= 1e-7)
+        if (d <= Numeric::zeroTolerance)
             qWarning() << "dx = 0";
         const double shift = 0.001 * d;
         a.x += shift;
@@ -506,7 +507,7 @@ void EndInductanceCalculator::reportSide(const SideValues &values, const QString
 
 Inductance EndInductanceCalculator::calcEndInductance(const EndInductanceInput &input)
 {
-    if (input.parallelPaths == 0 || input.coils.isEmpty() || std::abs(input.coilDiameter) <= 1e-7)
+    if (input.parallelPaths == 0 || input.coils.isEmpty() || std::abs(input.coilDiameter) <= Numeric::zeroTolerance)
         return {};
     m_wireRadius = input.coilDiameter / 2.0;
     m_outerCache.clear();

@@ -2,6 +2,8 @@
 
 #include <QtMath>
 
+#include "base/Numeric.h"
+
 namespace Winding {
 
 namespace {
@@ -48,7 +50,7 @@ QString endturnHeading(Phase phase, const EndturnEnds &ends)
 
 bool isAtCenter(const Point3 &point, const Point3 &center)
 {
-    const double tolerance = 1e-7;
+    const double tolerance = Numeric::zeroTolerance;
     return qAbs(point.x - center.x) <= tolerance && qAbs(point.y - center.y) <= tolerance
            && qAbs(point.z - center.z) <= tolerance;
 }

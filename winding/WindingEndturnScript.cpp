@@ -608,7 +608,7 @@ int towardsBackOf(const StatorItem &item, const QVector<SlotSectionRecord> &reco
     double z = 0.0;
     for (const SlotSectionRecord &record : records)
         z += record.z / records.size();
-    return z < (item.posBottom() + item.posTop()) / 2.0 - 1e-7 ? 1 : -1;
+    return z < (item.posBottom() + item.posTop()) / 2.0 - Numeric::zeroTolerance ? 1 : -1;
 }
 
 Winding::CoilSide coilSide(int slot, int layer, double pitch, const SlotSectionRecord &record, double radius,

@@ -46,7 +46,7 @@ int axialSense(const Magnetization &magnetization)
 
 bool liesAbove(const TopoDS_Face &face)
 {
-    const double tolerance = 1e-7;
+    const double tolerance = Numeric::zeroTolerance;
     for (TopExp_Explorer vertices(face, TopAbs_VERTEX); vertices.More(); vertices.Next()) {
         if (BRep_Tool::Pnt(TopoDS::Vertex(vertices.Current())).Z() < -tolerance)
             return false;
