@@ -38,22 +38,28 @@ size_t elementCount(const matvar_t *variable)
     return count;
 }
 
+// The elements whose values are there: libmatio sizes some data by the bytes a damaged
+// file gave them, not by the dimensions.
+size_t storedCount(const matvar_t *variable, size_t elementSize)
+{
+    return qMin(elementCount(variable), variable->nbytes / elementSize);
+}
+
 QString charText(const matvar_t *variable)
 {
-    const size_t count = elementCount(variable);
-    if (!variable->data || count == 0)
+    if (!variable->data || elementCount(variable) == 0)
         return QString();
     if (variable->data_type == MAT_T_UTF8 || variable->data_type == MAT_T_UINT8)
         return QString::fromUtf8(static_cast<const char *>(variable->data), int(variable->nbytes));
     if (Mat_SizeOf(variable->data_type) == 4)
-        return QString::fromUcs4(static_cast<const uint *>(variable->data), int(count));
-    return QString::fromUtf16(static_cast<const ushort *>(variable->data), int(count));
+        return QString::fromUcs4(static_cast<const uint *>(variable->data), int(storedCount(variable, 4)));
+    return QString::fromUtf16(static_cast<const ushort *>(variable->data), int(storedCount(variable, 2)));
 }
 
 template <typename T>
 QVector<double> numbersOf(const matvar_t *variable)
 {
-    const size_t count = elementCount(variable);
+    const size_t count = storedCount(variable, sizeof(T));
     const T *data = static_cast<const T *>(variable->data);
     QVector<double> numbers(static_cast<int>(count));
     for (size_t i = 0; i < count; ++i)

@@ -141,6 +141,21 @@ TEST(MatExchangeFile, AStructWithoutFieldsIsNothingHoweverManyElementsItDeclares
     EXPECT_EQ(MAT_Converter::toVariant(variables->value("s").data()), QVariant(QVariantMap()));
 }
 
+// libmatio gives a text of four-byte letters the bytes of its data element, 14 here,
+// whatever its dimensions say: 14 letters would be read from 14 bytes.
+TEST(MatExchangeFile, ATextHasNoMoreLettersThanItsBytesHold)
+{
+    const quint32 charClass = 4;
+    const quint32 miUtf32 = 18;
+    const QByteArray body = tag(miUInt32, 8) + littleEndian(charClass) + littleEndian(0) + tag(miInt32, 8)
+                          + littleEndian(1) + littleEndian(14) + packed(miInt8, "t") + tag(miUtf32, 14)
+                          + QByteArray(16, '\0');
+    QTemporaryDir dir;
+    const auto variables = MatExchangeFile::read(written(dir, header() + tag(miMatrix, quint32(body.size())) + body));
+    ASSERT_TRUE(variables.has_value());
+    EXPECT_EQ(MAT_Converter::toVariant(variables->value("t").data()).toString().size(), 3);
+}
+
 TEST(MatExchangeFile, FilesThatAreNoLevel5FileOrDeclareMoreThanTheyHoldAreRefusedBeforeTheyAreRead)
 {
     const QByteArray sound = MAT_Converter::toByteArray(MatVarPointer(MAT_Converter::matVar(2.0, "speed")).data());
