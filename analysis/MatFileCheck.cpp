@@ -85,12 +85,14 @@ quint64 product(quint64 a, quint64 b)
 QString checkArray(const Bytes &bytes, qint64 at, qint64 end, int depth);
 
 // The arrays of a cell or the fields of a struct, each a matrix element of its own.
-// Every element present is checked, whatever the count says.
+// libmatio reads as many elements as the count says, one after the other, wherever they
+// end: the elements present must be exactly those.
 QString checkArrays(const Bytes &bytes, qint64 at, qint64 end, quint64 count, int depth)
 {
     if (count > quint64(end - at) / tagSize)
         return QStringLiteral("an array declares %1 elements in %2 bytes").arg(count).arg(end - at);
-    while (at < end) {
+    quint64 present = 0;
+    for (; at < end; ++present) {
         Element element;
         // libmatio steps from one to the next by their sizes, which a sound file pads.
         if (!readElement(bytes, at, end, element) || element.type != miMatrix || element.size % 8 != 0)
@@ -102,6 +104,8 @@ QString checkArrays(const Bytes &bytes, qint64 at, qint64 end, quint64 count, in
         }
         at = element.next;
     }
+    if (present != count)
+        return QStringLiteral("a cell or struct declares %1 array(s) and holds %2").arg(count).arg(present);
     return QString();
 }
 

@@ -179,12 +179,22 @@ TEST(MatExchangeFile, FilesThatAreNoLevel5FileOrDeclareMoreThanTheyHoldAreRefuse
     const QByteArray wideFlagsCell = tag(miUInt32, 24) + littleEndian(cellClass) + littleEndian(0) + tag(miInt32, 8)
                                    + littleEndian(0x28010000) + littleEndian(3) + tag(miInt32, 8) + littleEndian(1)
                                    + littleEndian(1) + tag(miInt8, 0);
-    const QByteArray oneFieldStruct = arrayHead + packed(miInt32, littleEndian(4)) + tag(miInt8, 8)
+    const QByteArray oneFieldStruct = arrayHead + packed(miInt32, littleEndian(8)) + tag(miInt8, 8)
                                     + QByteArray("a").leftJustified(8, '\0');
     const QByteArray wideFlags = oneFieldStruct + tag(miMatrix, quint32(wideFlagsCell.size())) + wideFlagsCell;
     const QByteArray emptyDimsCell = tag(miUInt32, 8) + littleEndian(cellClass) + littleEndian(0) + tag(miInt8, 0)
                                    + tag(miInt8, 0);
     const QByteArray emptyDims = oneFieldStruct + tag(miMatrix, quint32(emptyDimsCell.size())) + emptyDimsCell;
+    // A struct of two elements that holds the field of one: libmatio would read on into
+    // what follows it as the field of the second.
+    const QByteArray oneNumber = tag(miUInt32, 8) + littleEndian(doubleClass) + littleEndian(0) + tag(miInt32, 8)
+                               + littleEndian(1) + littleEndian(1) + packed(miInt8, "x") + tag(miDouble, 8)
+                               + QByteArray(8, '\0');
+    const QByteArray twoElementStruct = tag(miUInt32, 8) + littleEndian(structClass) + littleEndian(0)
+                                      + tag(miInt32, 8) + littleEndian(2) + littleEndian(1) + packed(miInt8, "s")
+                                      + packed(miInt32, littleEndian(8)) + tag(miInt8, 8)
+                                      + QByteArray("a").leftJustified(8, '\0') + tag(miMatrix, quint32(oneNumber.size()))
+                                      + oneNumber;
     const quint32 charClass = 4;
     const quint32 miUtf8 = 16;
     const QByteArray hugeText = tag(miUInt32, 8) + littleEndian(charClass) + littleEndian(0) + tag(miInt32, 8)
@@ -211,6 +221,13 @@ TEST(MatExchangeFile, FilesThatAreNoLevel5FileOrDeclareMoreThanTheyHoldAreRefuse
          "the flags of an array are damaged"},
         {"a field whose dimensions are empty", header() + tag(miMatrix, quint32(emptyDims.size())) + emptyDims,
          "the dimensions of an array are damaged"},
+        {"a struct that holds fewer fields than its elements have",
+         header() + tag(miMatrix, quint32(twoElementStruct.size())) + twoElementStruct,
+         "a cell or struct declares 2 array(s) and holds 1"},
+        {"a struct that holds more fields than its elements have",
+         header() + tag(miMatrix, quint32(oneFieldStruct.size() + 16)) + oneFieldStruct + tag(miMatrix, 0)
+             + tag(miMatrix, 0),
+         "a cell or struct declares 1 array(s) and holds 2"},
         {"a text whose letters declare a gigabyte", header() + tag(miMatrix, quint32(hugeText.size())) + hugeText,
          "the values of an array declare more bytes than the array has"},
         {"a compressed cell of a thousand million arrays",
